@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# Installs what building, testing and running Korvane on Debian or Ubuntu needs.
+# Does nothing, and needs no rights, when everything is there already.
+set -euo pipefail
+
+packages=(
+    g++ cmake ninja-build g++-mingw-w64-i686-posix          # the compilers and the build
+    googletest libbenchmark-dev                             # test framework (as sources), benchmarks
+    clang libclang-rt-14-dev llvm clang-format              # sanitizers, fuzzers, formatter
+    xvfb xauth fonts-wqy-microhei                           # a display, and a font with Chinese
+    wine wine32:i386                                        # where the product runs
+    git python3
+)
+
+installed() { dpkg-query -W -f '${db:Status-Abbrev}' "$1" 2>/dev/null | grep -q '^ii'; }
+
+missing=()
+for package in "${packages[@]}"; do
+    installed "$package" || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || { echo "setup: root or sudo is needed to install: ${missing[*]}" >&2; exit 1; }
+    as_root=(sudo)
+fi
+
+echo "setup: installing ${missing[*]}"
+dpkg --print-foreign-architectures | grep -qx i386 || "${as_root[@]}" dpkg --add-architecture i386
+# A mirror that cannot be refreshed is no reason to stop: the index at hand may do.
+"${as_root[@]}" apt-get update -qq || echo "setup: the package index could not be refreshed; going on with the old one" >&2
+
+# 32-bit Wine needs each library in one version for both architectures; updates can reach
+# the two at different times, the release itself never differs.
+. /etc/os-release
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends -t "$VERSION_CODENAME" "${missing[@]}" >/dev/null

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+
+#include "model/config_image.h"
+#include "model/config_model.h"
+
+// The configuration file: a plain dump, everything in host (little-endian) order.
+//
+//     0        u32 version mark
+//     4        28 bytes, zero
+//     32       u32 number N of input channels, 0-60
+//     36       N records of 120 bytes
+//     then     the configuration image, 629,896 bytes (older layout: 163,976)
+//              the device parameters, 144 bytes
+//              the description image, 41,944 bytes
+
+namespace korvane {
+
+namespace config_file {
+
+inline constexpr std::uint32_t currentVersion = 4108;
+inline constexpr std::uint32_t olderVersion = 4107;
+
+enum Result : int {
+    ok = 0,
+    cannotOpen = -1,       // nothing changed; also: could not be written
+    unknownVersion = -2,   // the input channels are already those of the file
+    badChannelCount = -3,  // more channels than the file or the device holds; nothing changed
+};
+
+struct Header {
+    std::uint32_t version;
+    std::array<std::uint8_t, 28> reserved;
+    std::uint32_t channelCount;
+};
+static_assert(sizeof(Header) == 36);
+
+// The image of the older layout: half as many services a frame, and components a service.
+struct OldServiceSlot {
+    ServiceHead head;
+    std::array<InputChannelRecord, 4> components;
+    std::uint32_t bandwidth;  // host order like everything in a file
+};
+struct OldFrameSlot {
+    FrameHead head;
+    std::array<OldServiceSlot, 4> services;
+};
+struct OldMultiplexBlock {
+    std::array<std::uint8_t, 3> header;
+    std::uint8_t frameCount;
+    std::array<OldFrameSlot, limits::frames> frames;
+};
+struct OldConfigImage {
+    ImageHeader header;
+    NetworkBlock network;
+    OldMultiplexBlock continuous;
+    OldMultiplexBlock shortTime;
+    ServiceFrequencyBlock continuousServices;
+    ServiceFrequencyBlock shortTimeServices;
+    ParamBlock264 params264;
+    CaBlock caDescriptions;
+    OutputParamBlock outputParams;
+    std::array<std::uint8_t, 4> reserved;
+};
+static_assert(sizeof(OldServiceSlot) == 496 && sizeof(OldFrameSlot) == 2032 &&
+              sizeof(OldMultiplexBlock) == 81284 && sizeof(OldConfigImage) == 163976 &&
+              offsetof(OldConfigImage, shortTime) == 81924 &&
+              offsetof(OldConfigImage, continuousServices) == 163208);
+
+// Frame 0 gets eight services with consecutive ids and sub-frame numbers, whatever it held.
+void convertOldImage(const OldConfigImage& old, ConfigImage& image);
+
+}  // namespace config_file
+
+}  // namespace korvane

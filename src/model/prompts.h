@@ -1,0 +1,35 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string_view>
+
+namespace korvane {
+
+// The seam to the operator: message boxes and file choosers, modal while they show.
+// All texts are UTF-8. The one production implementation shows windows; tests answer by script.
+class Prompts {
+  public:
+    enum class DefaultButton { Yes, No };
+
+    // What a file chooser offers.
+    struct FileChoice {
+        std::string_view defaultExtension;  // appended to a name that has none
+        // Pairs of description and pattern, each ended by '|', the whole by one more '|'.
+        std::string_view filter;
+    };
+
+    virtual ~Prompts() = default;
+
+    // A message with an OK button.
+    virtual void message(std::string_view text) = 0;
+
+    // A Yes/No question; true only for Yes.
+    virtual bool confirm(std::string_view text, DefaultButton preset = DefaultButton::Yes) = 0;
+
+    // The chosen path, or nothing when the operator cancelled.
+    virtual std::optional<std::filesystem::path> chooseFileToOpen(const FileChoice& choice) = 0;
+    virtual std::optional<std::filesystem::path> chooseFileToSave(const FileChoice& choice) = 0;
+};
+
+}  // namespace korvane
