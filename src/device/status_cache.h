@@ -1,0 +1,32 @@
+#pragma once
+
+#include <mutex>
+
+#include "device/status_records.h"
+
+namespace korvane {
+
+// The device's latest status, written by the poller and copied out by the views. Every access holds
+// the lock for one copy and no longer.
+class StatusCache {
+  public:
+    void clear();
+    void storeSummary(const StatusSummary& summary);
+    void storeImage(const DeviceStatusImage& image);
+    // The last poll failed: the image is out of date, the summary stays.
+    void invalidateImage();
+
+    // False, and `out` unchanged, while there is none.
+    bool summary(StatusSummary& out) const;
+    bool image(DeviceStatusImage& out) const;
+    bool alarms(std::uint8_t& out) const;
+
+  private:
+    mutable std::mutex lock_;
+    bool imageValid_ = false;
+    bool summaryValid_ = false;
+    DeviceStatusImage image_{};
+    StatusSummary summary_{};
+};
+
+}  // namespace korvane
