@@ -1,0 +1,151 @@
+#include "simulator/configuration_store.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace korvane {
+
+namespace {
+
+constexpr std::size_t headerBytes = 12;  // of SetImageHeader, behind the length byte
+
+template <class T>
+Bytes bytesOf(const T& object) {
+    static_assert(std::is_trivially_copyable_v<T>);
+    const auto* first = reinterpret_cast<const std::uint8_t*>(&object);
+    return Bytes(first, first + sizeof(T));
+}
+
+template <class T>
+void copyInto(T& object, ByteView payload) {
+    static_assert(std::is_trivially_copyable_v<T>);
+    std::memcpy(&object, payload.data(), sizeof(T));
+}
+
+std::uint8_t* imageBytes(ConfigImage& image) {
+    return reinterpret_cast<std::uint8_t*>(&image);
+}
+
+}  // namespace
+
+ConfigurationStore::ConfigurationStore(const DeviceState& initial,
+                                       const DeviceConfiguration& defaults)
+    : state_(std::make_unique<DeviceState>(initial)),
+      defaults_(std::make_unique<DeviceConfiguration>(defaults)) {}
+
+Answer ConfigurationStore::changed(std::string note) {
+    ++revision_;
+    return Answer::done(std::move(note));
+}
+
+Answer ConfigurationStore::handle(const Command& command, ByteView payload) {
+    const auto code = static_cast<std::uint32_t>(command.code);
+    if (code < 2000) return handleAuxiliary(command.code, payload);
+    if (code < 3000) return handleSet(command, payload);
+    return handleGet(command);
+}
+
+Answer ConfigurationStore::handleAuxiliary(CommandCode code, ByteView payload) {
+    switch (code) {
+        case CommandCode::SetInputChannels:
+            return setChannels(payload);
+        case CommandCode::GetInputChannels: {
+            const ByteView list = state_->set.channelList();
+            return Answer::with(Bytes(list.begin(), list.end()),
+                                std::to_string(list[0]) + " channels");
+        }
+        case CommandCode::SetDeviceParams:
+            copyInto(state_->paramsSet, payload);
+            return changed();
+        case CommandCode::GetDeviceParams:
+            return Answer::with(bytesOf(state_->paramsSet));
+        case CommandCode::ApplyDeviceParams:
+            state_->paramsApplied = state_->paramsSet;
+            return changed("device parameters applied");
+        case CommandCode::SetServiceDescriptions:
+            copyInto(state_->set.descriptions, payload);
+            return changed();
+        case CommandCode::GetServiceDescriptions:
+            return Answer::with(bytesOf(state_->set.descriptions));
+        default:
+            return Answer::refused(Refusal::UnknownCommand, "not a command of the configuration");
+    }
+}
+
+Answer ConfigurationStore::setChannels(ByteView payload) {
+    if (payload.empty() || payload[0] > limits::inputChannels)
+        return Answer::refused(Refusal::WrongValue, "no count, or one above 60");
+    if (payload.size() != 1 + payload[0] * sizeof(InputChannelRecord))
+        return Answer::refused(Refusal::WrongSize, "the count does not fit the length");
+    auto& channels = state_->set.channels;
+    channels.fill(0);
+    std::ranges::copy(payload, channels.begin());
+    return changed(std::to_string(payload[0]) + " channels");
+}
+
+Answer ConfigurationStore::handleSet(const Command& command, ByteView payload) {
+    if (command.code == CommandCode::BeginConfigSet) {
+        receiving_ = true;
+        return Answer::done();
+    }
+    if (!receiving_) return Answer::refused(Refusal::OutOfSequence, "no BeginConfigSet before");
+    ConfigImage& image = state_->set.image;
+    switch (command.code) {
+        case CommandCode::EndConfigSet:
+            receiving_ = false;
+            return Answer::done();
+        case CommandCode::SetImageHeader:
+            image.header.length = payload[0];
+            std::memcpy(imageBytes(image), payload.data() + 1, headerBytes);
+            return changed();
+        case CommandCode::SetImageBlock2002:
+            std::ranges::copy(payload, state_->set.block2002.begin());
+            return changed();
+        default:
+            std::memcpy(imageBytes(image) + command.imageOffset, payload.data(), payload.size());
+            return changed();
+    }
+}
+
+Answer ConfigurationStore::handleGet(const Command& command) {
+    ConfigImage& image = state_->set.image;
+    switch (command.code) {
+        case CommandCode::BeginConfigGet:
+        case CommandCode::EndConfigGet:
+            return Answer::done();
+        case CommandCode::GetImageHeader: {
+            Bytes header(1 + headerBytes);
+            header[0] = image.header.length;
+            std::memcpy(header.data() + 1, imageBytes(image), headerBytes);
+            return Answer::with(std::move(header));
+        }
+        case CommandCode::GetImageBlock2002:
+            return Answer::with(bytesOf(state_->set.block2002));
+        default: {
+            const std::uint8_t* block = imageBytes(image) + command.imageOffset;
+            return Answer::with(Bytes(block, block + command.answerSize));
+        }
+    }
+}
+
+Answer ConfigurationStore::activate() {
+    if (receiving_) return Answer::refused(Refusal::OutOfSequence, "no EndConfigSet before");
+    state_->applied = state_->set;
+    return changed("configuration applied");
+}
+
+Answer ConfigurationStore::restoreDefaults() {
+    receiving_ = false;
+    state_->set = *defaults_;
+    state_->applied = *defaults_;
+    return changed("defaults restored");
+}
+
+void ConfigurationStore::restart() {
+    receiving_ = false;
+    state_->set = state_->applied;
+    state_->paramsSet = state_->paramsApplied;
+    ++revision_;
+}
+
+}  // namespace korvane

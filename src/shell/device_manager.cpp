@@ -1,0 +1,94 @@
+#include "shell/device_manager.h"
+
+#include "device/transfer_sequences.h"
+
+namespace korvane {
+
+DeviceManager::DeviceManager(DeviceLink& link, std::filesystem::path cacheDirectory)
+    : link_(link), client_(link), poller_(client_, link, status_), worker_(link) {
+    model_.setCacheDirectory(std::move(cacheDirectory));
+}
+
+DeviceManager::~DeviceManager() {
+    Stop();
+}
+
+int DeviceManager::Start(const std::string& address) {
+    endThreads();
+    address_ = address;
+    model_.setDeviceKey(address);
+    model_.resetModel();  // never show, or send, one device's configuration as another's
+    status_.clear();
+    if (client_.Start(address) != 0) return -1;
+    model_.loadCacheFile();
+    poller_.start();
+    return 0;
+}
+
+int DeviceManager::Stop() {
+    endThreads();
+    model_.resetModel();
+    status_.clear();
+    return 0;
+}
+
+// Asks first: the poller goes within 100 ms, and an upgrade still tells the device that no more
+// pieces come. Whoever has not gone within a second waits for the device, and ends with its link.
+void DeviceManager::endThreads() {
+    constexpr std::uint32_t patienceMs = 1000, stepMs = 10;
+    poller_.requestStop();
+    const auto allGone = [this] { return poller_.ended() && !upgradeInProgress_; };
+    for (std::uint32_t waited = 0; waited < patienceMs && !allGone(); waited += stepMs)
+        link_.sleep(stepMs);
+    client_.Stop();
+    poller_.join();
+    worker_.join();
+}
+
+int DeviceManager::startDownload(std::shared_ptr<ProgressSink> sink) {
+    return worker_.start(std::move(sink), [this](Progress& progress) {
+        saveInProgress_ = true;
+        const int result = runSave(client_, model_, progress);
+        lastSaveEnd_ = link_.ticks();
+        saveInProgress_ = false;
+        return result;
+    });
+}
+
+int DeviceManager::startUpload(std::shared_ptr<ProgressSink> sink) {
+    return worker_.start(std::move(sink),
+                         [this](Progress& progress) { return runLoad(client_, model_, progress); });
+}
+
+int DeviceManager::startUpgrade(std::shared_ptr<ProgressSink> sink,
+                                std::filesystem::path firmware) {
+    return worker_.start(std::move(sink), [this, file = std::move(firmware)](Progress& progress) {
+        const auto stopping = [this] { return poller_.stopRequested(); };
+        upgradeInProgress_ = true;
+        const int result = runUpgrade(client_, link_, file, stopping, progress);
+        upgradeInProgress_ = false;
+        return result;
+    });
+}
+
+int DeviceManager::getStatusSummary(StatusSummary& out) const {
+    return status_.summary(out) ? 0 : -1;
+}
+
+int DeviceManager::getAlarmBits(std::vector<bool>& out) const {
+    std::uint8_t alarms = 0;
+    if (status_.alarms(alarms)) {
+        for (int bit = 0; bit < 8; ++bit) out.push_back((alarms >> bit & 1) != 0);
+        return 0;
+    }
+    // A save keeps the link busy, and the device takes its time to make it take effect.
+    constexpr std::uint32_t settlingMs = 10000;
+    if (saveInProgress_) return 1;
+    return link_.ticks() - lastSaveEnd_ >= settlingMs ? -1 : 1;
+}
+
+int DeviceManager::getDeviceStatusImage(DeviceStatusImage& out) const {
+    return status_.image(out) ? 0 : -1;
+}
+
+}  // namespace korvane

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <atomic>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "device/device_client.h"
+#include "device/progress_sink.h"
+#include "device/status_cache.h"
+#include "device/status_poller.h"
+#include "device/transfer.h"
+#include "model/config_model.h"
+
+namespace korvane {
+
+// Owns everything that one managed device needs: model, client, status cache, poller and the
+// worker of a transfer. One instance lives as long as the library is loaded.
+// Start, Stop and the start operations belong to the host's user-interface thread.
+class DeviceManager {
+  public:
+    // `link` reaches the device and outlives this object; `cacheDirectory` takes the file in which
+    // the last configuration of each device is kept.
+    DeviceManager(DeviceLink& link, std::filesystem::path cacheDirectory);
+    ~DeviceManager();
+
+    // 0, or -1 when no socket could be opened: then no configuration is loaded and nothing polls.
+    // A second Start ends what the first one began.
+    int Start(const std::string& address);
+    // Always 0. Afterwards no thread of the panel runs any more; a transfer under way has failed.
+    int Stop();
+
+    ConfigModel& model() { return model_; }
+    DeviceClient& client() { return client_; }
+    DeviceLink& link() { return link_; }
+    const std::string& deviceAddress() const { return address_; }
+
+    // Each starts one transfer on a worker thread, which waits 1,000 ms for the sink's window to
+    // come up, runs and reports its outcome to the sink exactly once. 0, or -1 when it could not be
+    // started or another one is still running; then the sink hears nothing.
+    int startDownload(std::shared_ptr<ProgressSink> sink);  // save to the device
+    int startUpload(std::shared_ptr<ProgressSink> sink);    // load from the device
+    int startUpgrade(std::shared_ptr<ProgressSink> sink, std::filesystem::path firmware);
+
+    // 0 and the latest summary, or -1 while none has arrived.
+    int getStatusSummary(StatusSummary& out) const;
+    // 0 and the eight alarm bits appended, bit 0 first; without a valid status 1 (no news: a save
+    // is under way or ended less than 10,000 ms ago) or -1 (link lost).
+    int getAlarmBits(std::vector<bool>& out) const;
+    // 0 and the latest status, or -1 while the last poll failed.
+    int getDeviceStatusImage(DeviceStatusImage& out) const;
+
+  private:
+    void endThreads();
+
+    DeviceLink& link_;
+    ConfigModel model_;
+    DeviceClient client_;
+    StatusCache status_;
+    StatusPoller poller_;
+    TransferWorker worker_;
+    std::string address_;
+    std::atomic<bool> saveInProgress_{false};
+    std::atomic<bool> upgradeInProgress_{false};
+    std::atomic<std::uint32_t> lastSaveEnd_{0};  // tick count; 0 until a save has ended
+};
+
+}  // namespace korvane

@@ -1,0 +1,115 @@
+#include "shell/panel_commands.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "device/device_client.h"
+
+namespace korvane {
+namespace {
+
+// The device takes that long to make a setting take effect.
+constexpr std::uint32_t settingIntervalMs = 10000;
+
+constexpr std::string_view fileFilter = "korvane Files (*.dat)|*.dat|All Files (*.*)|*.*||";
+
+std::string printableText(const std::array<char, 16>& field) {
+    const auto end = std::find(field.begin(), field.end(), '\0');
+    const bool printable =
+        std::all_of(field.begin(), end, [](char c) { return c >= ' ' && c <= '~'; });
+    return printable ? std::string(field.begin(), end) : std::string();
+}
+
+}  // namespace
+
+// The sum wraps with the clock: around the wrap, once in 49 days, the guard lets a command through
+// early rather than refusing all of them.
+bool PanelCommands::settledSinceLastSetting() {
+    const std::uint32_t allowedFromMs = lastSettingMs_ + settingIntervalMs;
+    return manager_.link().ticks() >= allowedFromMs;
+}
+
+void PanelCommands::save() {
+    if (!settledSinceLastSetting()) return prompts_.message("两次设置时间不能小于10秒");
+    if (!prompts_.confirm("确认要将配置保存到设备?")) return;
+    pages_.commit();
+    if (pages_.check() != 0) return;
+    const int result =
+        transfers_.run([this](auto sink) { return manager_.startDownload(std::move(sink)); });
+    if (result != 0) return reportTransferFailure(result);
+    lastSettingMs_ = manager_.link().ticks();
+}
+
+void PanelCommands::load() {
+    if (!settledSinceLastSetting()) return prompts_.message("距离上次设置时间不能小于10秒");
+    if (!prompts_.confirm("确认要重新从设备获取配置吗?")) return;
+    const int result =
+        transfers_.run([this](auto sink) { return manager_.startUpload(std::move(sink)); });
+    if (result != 0) return reportTransferFailure(result);
+    pages_.refresh();
+    // The cache only spares a load at the next start: without it nothing is lost.
+    manager_.model().saveCacheFile();
+}
+
+void PanelCommands::reboot() {
+    if (!prompts_.confirm("确认要重启设备吗?")) return;
+    const int result = manager_.client().RebootDevice();
+    if (result != 0) return reportCommandFailure(result);
+    prompts_.message("设备已接收到命令，正在重启中，请稍候!");
+}
+
+void PanelCommands::restoreDefaults() {
+    if (!settledSinceLastSetting()) return prompts_.message("两次设置时间不能小于10秒");
+    if (!prompts_.confirm("确认要使设备恢复默认值吗?")) return;
+    const int result = manager_.client().RestoreDefaults();
+    if (result != 0) return reportCommandFailure(result);
+    prompts_.message("设备已接收到命令，正在生效，请稍候刷新!");
+    lastSettingMs_ = manager_.link().ticks();
+}
+
+// The default extension is not the filter's, so that an export typed without one is told apart
+// from the files that the panel keeps for itself.
+void PanelCommands::exportFile() {
+    const auto path = prompts_.chooseFileToSave({"ipr", fileFilter});
+    if (!path) return;
+    const int result = manager_.model().saveConfigFile(*path);
+    prompts_.message(result == 0 ? "导出配置成功" : "导出配置出错");
+}
+
+void PanelCommands::importFile() {
+    const auto path = prompts_.chooseFileToOpen({"dat", fileFilter});
+    if (!path) return;
+    const bool withDeviceParams =
+        prompts_.confirm("导入业务配置的同时，导入网络配置吗", Prompts::DefaultButton::No);
+    if (importInto(*path, withDeviceParams) != 0) return prompts_.message("导入配置出错");
+    pages_.refresh();
+    prompts_.message("导入配置成功");
+}
+
+// A file can fail after its channels have been taken. To the operator an import that failed changed
+// nothing, so they are put back.
+int PanelCommands::importInto(const std::filesystem::path& path, bool withDeviceParams) {
+    ConfigModel& model = manager_.model();
+    const FlatChannelList channels = model.flatChannels();
+    const int result = model.loadConfigFile(path, withDeviceParams);
+    if (result != 0) model.setFlatChannels(channels);
+    return result;
+}
+
+void PanelCommands::reportTransferFailure(int result) {
+    prompts_.message(result == link_result::unreachable ? "连接设备失败,请检查网络连接"
+                                                        : "与设备通信错误，请重试");
+}
+
+void PanelCommands::reportCommandFailure(int result) {
+    prompts_.message(result == link_result::unreachable ? "连接设备失败，请检查网络连接"
+                                                        : "与设备通信出错");
+}
+
+std::string deviceVersionText(const ParamBlock264& params) {
+    return "设备版本: 软件" + printableText(params.softwareVersion) + ",硬件" +
+           printableText(params.hardwareVersion);
+}
+
+}  // namespace korvane

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "device/progress_sink.h"
+#include "model/prompts.h"
+#include "shell/device_manager.h"
+
+namespace korvane {
+
+// What the panel's commands need of its pages.
+class Pages {
+  public:
+    virtual ~Pages() = default;
+
+    // Fills the input services, the control tables and the system configuration from the model.
+    virtual void refresh() = 0;
+    // Takes the pending edits of the control tables into the model.
+    virtual void commit() = 0;
+    // Reads the system configuration's fields into the model. Non-zero when one is wrong; then a
+    // message has been shown.
+    virtual int check() = 0;
+};
+
+// Runs a transfer while the operator waits and can do nothing else.
+class TransferRunner {
+  public:
+    // One of the manager's start operations: 0, or -1 when nothing was started.
+    using Start = std::function<int(std::shared_ptr<ProgressSink>)>;
+
+    virtual ~TransferRunner() = default;
+
+    // Starts it once its progress can be shown, and waits. 0, or the code of the failure.
+    virtual int run(const Start& start) = 0;
+};
+
+// The device and file commands of the main panel, each called when its button is pressed: guards,
+// questions, the work and what is said about its outcome.
+class PanelCommands {
+  public:
+    PanelCommands(DeviceManager& manager, Prompts& prompts, Pages& pages, TransferRunner& transfers)
+        : manager_(manager), prompts_(prompts), pages_(pages), transfers_(transfers) {}
+
+    void save();
+    void load();
+    void reboot();
+    void restoreDefaults();
+    void exportFile();
+    void importFile();
+
+  private:
+    bool settledSinceLastSetting();
+    void reportTransferFailure(int result);
+    void reportCommandFailure(int result);
+    int importInto(const std::filesystem::path& path, bool withDeviceParams);
+
+    DeviceManager& manager_;
+    Prompts& prompts_;
+    Pages& pages_;
+    TransferRunner& transfers_;
+    std::uint32_t lastSettingMs_ = 0;  // on the clock of the device link
+};
+
+// What the About dialog says of the device. A version that holds anything but printable characters
+// is shown as empty; one that fills its field needs no terminator.
+std::string deviceVersionText(const ParamBlock264& params);
+
+}  // namespace korvane
