@@ -1,0 +1,328 @@
+#include "device/device_client.h"
+
+#include <climits>
+#include <cstring>
+#include <gtest/gtest.h>
+
+#include "device/udp.h"
+#include "support/bytes.h"
+#include "support/scripted_link.h"
+
+namespace korvane {
+namespace {
+
+using test::announcementOf;
+using test::Bytes;
+using test::frameOf;
+
+std::string hex(const Bytes& bytes) {
+    return test::bytesAt(*bytes.data(), 0, bytes.size());
+}
+
+class Client : public testing::Test {
+  protected:
+    void SetUp() override { ASSERT_EQ(client_.Start("10.1.2.3"), 0); }
+
+    int reboot() { return client_.Exchange(4001, {}, {}); }
+    // A train of `total` bytes that begins with `frame`, announced, in pieces of 30,720 bytes.
+    void answersWithTrain(Bytes frame) {
+        link_.answers(announcementOf(static_cast<std::uint32_t>(frame.size())));
+        for (std::size_t offset = 0; offset < frame.size(); offset += 30720)
+            link_.answers(Bytes(frame.begin() + offset,
+                                frame.begin() + std::min(offset + 30720, frame.size())));
+    }
+
+    test::ScriptedLink link_;
+    DeviceClient client_{link_};
+};
+
+TEST_F(Client, SendsOneFrameToTheDevicesPort) {
+    link_.answers(frameOf(2000, 0));
+    const std::uint8_t transferByte = 0x5A;
+    EXPECT_EQ(client_.Exchange(2000, {&transferByte, 1}, {}), 0);
+    ASSERT_EQ(link_.sent.size(), 1u);
+    EXPECT_EQ(hex(link_.sent[0].bytes), "00 00 07 D0 00 00 00 00 00 00 00 01 5A");
+    EXPECT_EQ(link_.sent[0].port, 1123);
+    EXPECT_EQ(link_.sent[0].timeoutMs, 1000u);
+    EXPECT_EQ(link_.sent[0].address, parseIpv4("10.1.2.3"));
+    EXPECT_EQ(link_.receiveTimeouts, std::vector<std::uint32_t>{3000});
+}
+
+TEST_F(Client, StaleAnswersAreThrownAwayBeforeTheRequestLeaves) {
+    link_.hasStale(frameOf(4001, 9));
+    link_.hasStale(frameOf(4001, 8));
+    link_.answers(frameOf(4001, 0));
+    EXPECT_EQ(reboot(), 0);
+    EXPECT_EQ(link_.log, "drain drain send ");
+}
+
+TEST_F(Client, OnePingThenOnePauseThenOneRetry) {
+    link_.staysSilent();
+    link_.answers(frameOf(4001, 0));
+    EXPECT_EQ(reboot(), 0);
+    EXPECT_EQ(link_.log, "send ping sleep300 send ");
+    EXPECT_EQ(link_.pinged, std::vector<std::string>{"10.1.2.3"});
+}
+
+TEST_F(Client, MoreAttemptsPingOnlyOnce) {
+    client_.attempts = 3;
+    EXPECT_EQ(reboot(), -2);
+    EXPECT_EQ(link_.log, "send ping sleep300 send sleep300 send ");
+}
+
+TEST_F(Client, ADeviceThatDoesNotAnswerThePingIsUnreachable) {
+    link_.reachable = false;
+    EXPECT_EQ(reboot(), -8);
+    EXPECT_EQ(link_.log, "send ping ");
+}
+
+TEST_F(Client, OneAttemptNeitherPingsNorRetries) {
+    client_.attempts = 1;
+    EXPECT_EQ(reboot(), -2);
+    EXPECT_EQ(link_.log, "send ");
+}
+
+TEST_F(Client, ASocketThatIsNotWritableFailsButARefusedSendCountsAsSent) {
+    client_.attempts = 1;
+    link_.sendResult = -1;
+    EXPECT_EQ(reboot(), -1);
+    link_.sendResult = 10054;
+    link_.answers(frameOf(4001, 0));
+    EXPECT_EQ(reboot(), 0);
+}
+
+TEST_F(Client, BeforeStartAndAfterStopEveryExchangeFails) {
+    test::ScriptedLink link;
+    DeviceClient client(link);
+    EXPECT_EQ(client.Exchange(4001, {}, {}), -1);
+    link.openWorks = false;
+    EXPECT_EQ(client.Start("10.1.2.3"), -4);
+    EXPECT_EQ(client_.Stop(), 0);
+    EXPECT_TRUE(link_.closed);
+    EXPECT_EQ(reboot(), -1);
+    EXPECT_TRUE(link_.sent.empty());
+}
+
+TEST_F(Client, UnknownCodesGoOutEmptyAndComeBackUnchecked) {
+    link_.answers(frameOf(4005, 77, Bytes(33)));
+    const std::uint8_t byte = 1;
+    EXPECT_EQ(client_.Exchange(4005, {&byte, 1}, {}), 77);
+    EXPECT_EQ(link_.sent[0].bytes.size(), 12u);
+}
+
+// One answer to one request, and what must come of it.
+struct AnswerCase {
+    const char* what;
+    std::uint32_t code;
+    Bytes answer;
+    int result;
+};
+
+class Answers : public Client, public testing::WithParamInterface<AnswerCase> {};
+
+TEST_P(Answers, AreJudged) {
+    client_.attempts = 1;
+    link_.answers(GetParam().answer);
+    Bytes response(8192, 0xEE);
+    EXPECT_EQ(client_.Exchange(GetParam().code, {}, response), GetParam().result);
+    if (GetParam().result != 0) {
+        EXPECT_EQ(response, Bytes(8192, 0xEE)) << "a failure must copy nothing";
+    }
+}
+
+Bytes cutTo(Bytes bytes, std::size_t size) {
+    bytes.resize(size);
+    return bytes;
+}
+
+Bytes recordList(std::uint8_t count, std::size_t payloadSize) {
+    Bytes payload(payloadSize);
+    if (!payload.empty()) payload[0] = count;
+    return payload;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Client, Answers,
+    testing::Values(
+        AnswerCase{"bare header", 4000, frameOf(4000, 0), 0},
+        AnswerCase{"status word", 4000, frameOf(4000, 17), 17},
+        AnswerCase{"payload nobody asked for", 4000, frameOf(4000, 0, Bytes(5)), 0},
+        AnswerCase{"status that reads as -8", 4000, frameOf(4000, 0xFFFFFFF8), INT_MAX},
+        AnswerCase{"status 0x80000000", 4000, frameOf(4000, 0x80000000), INT_MAX},
+        AnswerCase{"another command", 4000, frameOf(4001, 0), -1},
+        AnswerCase{"half a header", 4000, cutTo(frameOf(4000, 0), 7), -1},
+        AnswerCase{"one byte", 4000, Bytes{0x11}, -1},
+        AnswerCase{"announcement of nothing", 4000, announcementOf(0), -1},
+        AnswerCase{"cut announcement", 4000, Bytes{0x11, 0x22, 0, 0}, -1},
+        AnswerCase{"exact size", 101, frameOf(101, 0, Bytes(144)), 0},
+        AnswerCase{"exact size with status", 101, frameOf(101, 5, Bytes(144)), 5},
+        AnswerCase{"refusal without payload", 101, frameOf(101, 5), -3},
+        AnswerCase{"one byte short", 101, frameOf(101, 0, Bytes(143)), -3},
+        AnswerCase{"one byte long", 101, frameOf(101, 0, Bytes(145)), -3},
+        AnswerCase{"less than the header says", 101, cutTo(frameOf(101, 0, Bytes(144)), 60), -3},
+        AnswerCase{"header answer refused", 3001, frameOf(3001, 6), 6},
+        AnswerCase{"header answer too short", 3001, frameOf(3001, 0, Bytes(12)), -3},
+        AnswerCase{"block 2002 refused", 3002, frameOf(3002, 7, Bytes(1)), 7},
+        AnswerCase{"no channel", 2, frameOf(2, 0, recordList(0, 1)), 0},
+        AnswerCase{"two channels", 2, frameOf(2, 0, recordList(2, 241)), 0},
+        AnswerCase{"61 channels", 2, frameOf(2, 0, recordList(61, 1 + 61 * 120)), 0},
+        AnswerCase{"channels refused", 2, frameOf(2, 3), 3},
+        AnswerCase{"no count byte", 2, frameOf(2, 0), -1},
+        AnswerCase{"half a record", 2, frameOf(2, 0, recordList(1, 61)), -1},
+        AnswerCase{"more counted than sent", 2, frameOf(2, 0, recordList(3, 241)), -1},
+        AnswerCase{"cut record list", 2, cutTo(frameOf(2, 0, recordList(2, 241)), 200), -1}),
+    [](const auto& answerCase) {
+        std::string name = answerCase.param.what;
+        std::replace_if(
+            name.begin(), name.end(), [](char c) { return !std::isalnum(c); }, '_');
+        return name;
+    });
+
+TEST_F(Client, TheChannelListIsCutToWhatThePanelKeeps) {
+    Bytes payload = recordList(61, 1 + 61 * 120);
+    payload[1 + 59 * 120 + 12] = 7;
+    link_.answers(frameOf(2, 0, payload));
+    FlatChannelList channels;
+    EXPECT_EQ(client_.GetInputChannels(channels), 0);
+    ASSERT_EQ(channels.size(), 60u);
+    EXPECT_EQ(channels[59].type, 7);
+}
+
+TEST_F(Client, RequestsUpTo65536BytesGoAsOneDatagramLongerOnesAsATrain) {
+    client_.attempts = 1;
+    link_.answers(frameOf(4011, 0));
+    EXPECT_EQ(client_.Exchange(4011, Bytes(65535 - 12), {}), 0);
+    ASSERT_EQ(link_.sent.size(), 1u);
+    EXPECT_EQ(link_.sent[0].bytes.size(), 65535u);
+    // 65,536 does not fit the 16 bits that a datagram's length has here.
+    link_.answers(frameOf(4011, 0));
+    EXPECT_EQ(client_.Exchange(4011, Bytes(65536 - 12), {}), 0);
+    ASSERT_EQ(link_.sent.size(), 2u);
+    EXPECT_TRUE(link_.sent[1].bytes.empty());
+
+    link_.sent.clear();
+    link_.log.clear();
+    link_.answers(frameOf(4011, 0));
+    EXPECT_EQ(client_.Exchange(4011, Bytes(65537 - 12), {}), 0);
+    ASSERT_EQ(link_.sent.size(), 4u);
+    EXPECT_EQ(hex(link_.sent[0].bytes), "11 22 00 00 00 01 00 01");
+    EXPECT_EQ(link_.sent[0].timeoutMs, 2000u);
+    EXPECT_EQ(link_.sent[1].bytes.size(), 30720u);
+    EXPECT_EQ(link_.sent[3].bytes.size(), 65537u - 2 * 30720);
+    EXPECT_EQ(link_.log, "send send sleep50 send sleep50 send sleep50 ");
+}
+
+TEST_F(Client, ChunksPauseAfterEachTheLastIncluded) {
+    const Bytes data(30721, 1);
+    EXPECT_EQ(UdpSendChunked(link_, 1, 2, data.data(), 30720, 30720), 0);
+    EXPECT_EQ(link_.log, "send sleep50 ");
+    EXPECT_EQ(UdpSendChunked(link_, 1, 2, data.data(), 30721, 30720), 0);
+    EXPECT_EQ(link_.log, "send sleep50 send sleep50 send sleep50 ");
+    EXPECT_EQ(link_.sent.back().bytes.size(), 1u);
+    EXPECT_EQ(link_.sent.back().timeoutMs, 2000u);
+    EXPECT_EQ(UdpSendChunked(link_, 1, 2, data.data(), 0, 30720), 0);
+    link_.sendResult = -1;
+    EXPECT_EQ(UdpSendChunked(link_, 1, 2, data.data(), 5, 30720), -1);
+}
+
+TEST_F(Client, ALongAnswerIsPutTogether) {
+    Bytes payload(314244);
+    for (std::size_t i = 0; i < payload.size(); ++i)
+        payload[i] = static_cast<std::uint8_t>(i / 251);
+    answersWithTrain(frameOf(3004, 0, payload));
+    auto image = std::make_unique<ConfigImage>();
+    EXPECT_EQ(client_.GetImageBlockA(*image), 0);
+    EXPECT_EQ(std::memcmp(&image->continuous, payload.data(), payload.size()), 0);
+    EXPECT_EQ(image->header.bytes[0], 0);
+    EXPECT_EQ(image->shortTime.header[0], 0);
+    EXPECT_EQ(link_.receiveTimeouts.front(), 3000u);
+    EXPECT_EQ(link_.receiveTimeouts.back(), 2000u);
+}
+
+TEST_F(Client, ALongAnswerCutAtAnyDatagramIsNone) {
+    client_.attempts = 1;
+    const Bytes frame = frameOf(3004, 0, Bytes(314244));
+    for (std::size_t pieces = 0; pieces < 11; ++pieces) {
+        link_.answers(announcementOf(static_cast<std::uint32_t>(frame.size())));
+        for (std::size_t i = 0; i < pieces; ++i) link_.answers(Bytes(28000));
+        link_.staysSilent();
+        auto image = std::make_unique<ConfigImage>();
+        EXPECT_EQ(client_.GetImageBlockA(*image), -2) << pieces;
+        EXPECT_TRUE(link_.scriptPlayed());
+    }
+}
+
+TEST_F(Client, WhatWouldNotFitTheBufferIsNoAnswer) {
+    client_.attempts = 1;
+    link_.answers(announcementOf(409601));
+    EXPECT_EQ(reboot(), -2);
+    link_.answers(announcementOf(0xFFFFFFFF));
+    EXPECT_EQ(reboot(), -2);
+    // A train of which the last datagram would reach beyond the end.
+    link_.answers(announcementOf(409600));
+    for (int i = 0; i < 6; ++i) link_.answers(Bytes(65536));
+    link_.answers(Bytes(16385));
+    EXPECT_EQ(reboot(), -2);
+    // A peer that sends tiny pieces, then exactly fills the buffer.
+    link_.answers(announcementOf(409600));
+    for (int i = 0; i < 6; ++i) link_.answers(Bytes(65536));
+    link_.answers(Bytes(16384));
+    EXPECT_EQ(reboot(), -1);  // whole, but no answer to this command
+}
+
+TEST_F(Client, StatusCommandsTryOnceWithShortTimeoutsAndPutTheDefaultsBack) {
+    std::uint16_t heartbeat = 0;
+    auto image = std::make_unique<DeviceStatusImage>();
+    StatusSummary summary{};
+    EXPECT_EQ(client_.GetHeartbeat(heartbeat), -2);
+    EXPECT_EQ(client_.GetDeviceStatus(*image), -2);
+    EXPECT_EQ(client_.GetStatusSummary(2, summary), -2);
+    EXPECT_EQ(link_.receiveTimeouts, (std::vector<std::uint32_t>{500, 1000, 500}));
+    EXPECT_EQ(link_.log, "send send send ");
+    EXPECT_EQ(hex(link_.sent[2].bytes), "00 00 0F A8 00 00 00 00 00 00 00 01 02");
+    link_.receiveTimeouts.clear();
+    EXPECT_EQ(reboot(), -2);
+    EXPECT_EQ(link_.receiveTimeouts, (std::vector<std::uint32_t>{3000, 3000}));
+
+    client_.SetTimeout(700, DeviceClient::Timeout::Receive);
+    client_.attempts = 1;
+    link_.receiveTimeouts.clear();
+    EXPECT_EQ(reboot(), -2);
+    EXPECT_EQ(link_.receiveTimeouts, std::vector<std::uint32_t>{700});
+}
+
+TEST_F(Client, PayloadsOfTheCommandsWithALayoutOfTheirOwn) {
+    auto image = std::make_unique<ConfigImage>();
+    for (std::uint8_t i = 0; i < 8; ++i)
+        image->header.bytes[i] = static_cast<std::uint8_t>(0xA0 + i);
+    image->header.value = 0x2211;
+    image->header.bytes10 = {0xAA, 0xAB};
+    image->header.length = 0x0C;
+    link_.answers(frameOf(2001, 0));
+    EXPECT_EQ(client_.SetImageHeader(*image), 0);
+    EXPECT_EQ(hex(link_.sent.back().bytes),
+              "00 00 07 D1 00 00 00 00 00 00 00 0D 0C A0 A1 A2 A3 A4 A5 A6 A7 11 22 AA AB");
+
+    link_.answers(frameOf(3001, 0, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}));
+    EXPECT_EQ(client_.GetImageHeader(*image), 0);
+    EXPECT_EQ(test::bytesAt(*image, 0, 14), "02 03 04 05 06 07 08 09 0A 0B 0C 0D 01 00");
+
+    link_.answers(frameOf(4009, 0));
+    EXPECT_EQ(client_.BeginUpgrade("vxWorks", 0x01020304, 0xA1B2C3D4), 0);
+    const Bytes& begin = link_.sent.back().bytes;
+    ASSERT_EQ(begin.size(), 12u + 264u);
+    EXPECT_EQ(test::bytesAt(begin[12], 0, 9), "76 78 57 6F 72 6B 73 00 00");
+    EXPECT_EQ(test::bytesAt(begin[12], 254, 10), "00 00 01 02 03 04 A1 B2 C3 D4");
+    link_.answers(frameOf(4009, 0));
+    EXPECT_EQ(client_.BeginUpgrade(std::string(300, 'n'), 0, 0), 0);
+    EXPECT_EQ(test::bytesAt(link_.sent.back().bytes[12], 254, 3), "6E 00 00");
+
+    link_.answers(frameOf(4011, 0));
+    const Bytes piece = {0xDE, 0xAD};
+    EXPECT_EQ(client_.UpgradeData(0x2800, piece), 0);
+    EXPECT_EQ(hex(link_.sent.back().bytes),
+              "00 00 0F AB 00 00 00 00 00 00 00 0A 00 00 28 00 00 00 00 02 DE AD");
+}
+
+}  // namespace
+}  // namespace korvane

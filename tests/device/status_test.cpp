@@ -1,0 +1,135 @@
+#include <cstring>
+#include <gtest/gtest.h>
+#include <memory>
+
+#include "device/status_cache.h"
+#include "device/status_poller.h"
+#include "support/bytes.h"
+#include "support/scripted_link.h"
+
+namespace korvane {
+namespace {
+
+using test::Bytes;
+using test::bytesAt;
+using test::frameOf;
+
+template <class T>
+Bytes bytesOf(const T& object) {
+    const auto* from = reinterpret_cast<const std::uint8_t*>(&object);
+    return Bytes(from, from + sizeof object);
+}
+
+TEST(StatusRecords, ExactlyTheMeaningfulNumbersAreTurned) {
+    // Every byte holds the low byte of its offset, so that a turned field shows.
+    auto image = std::make_unique<DeviceStatusImage>();
+    auto* bytes = reinterpret_cast<std::uint8_t*>(image.get());
+    for (std::size_t i = 0; i < sizeof *image; ++i) bytes[i] = static_cast<std::uint8_t>(i);
+    image->frameCount = 1;
+    image->frames[0].subFrameCount = 1;
+    image->frames[0].subFrames[0].segmentCount = 1;
+    fromNetworkOrder(*image);
+    EXPECT_EQ(bytesAt(*image, 0, 12), "03 02 01 00 07 06 05 04 09 08 0A 01");
+    const std::size_t frame = 12;
+    EXPECT_EQ(bytesAt(*image, frame, 14), "0F 0E 0D 0C 13 12 11 10 15 14 16 17 18 19");
+    const std::size_t subFrame = frame + 56;
+    EXPECT_EQ(bytesAt(*image, subFrame - 2, 2), "01 43");
+    EXPECT_EQ(bytesAt(*image, subFrame, 16), "45 44 47 46 4B 4A 49 48 4F 4E 4D 4C 50 51 52 01");
+    EXPECT_EQ(bytesAt(*image, subFrame + 16, 16),
+              "57 56 55 54 5B 5A 59 58 5F 5E 5D 5C 63 62 61 60");
+    EXPECT_EQ(bytesAt(*image, subFrame + 32, 4), "64 65 66 67");   // second segment
+    EXPECT_EQ(bytesAt(*image, subFrame + 144, 4), "D4 D5 D6 D7");  // second sub-frame
+    EXPECT_EQ(bytesAt(*image, frame + 1208, 4), "C4 C5 C6 C7");    // second frame
+}
+
+TEST(StatusRecords, CountsThatLieStayInTheirArrays) {
+    auto image = std::make_unique<DeviceStatusImage>();
+    std::memset(static_cast<void*>(image.get()), 0xFF, sizeof *image);
+    const Bytes before = bytesOf(*image);
+    fromNetworkOrder(*image);
+    toNetworkOrder(*image);
+    EXPECT_EQ(bytesOf(*image), before);
+}
+
+class Poller : public testing::Test {
+  protected:
+    Poller() { client_.Start("10.1.2.3"); }
+
+    void answersAll() {
+        link_.answers(frameOf(4006, 0, {0, 1}));
+        link_.answers(
+            frameOf(4008, 0, {0, 0, 0x07, 0xEA, 0, 11, 0, 21, 0, 6, 0, 9, 0, 43, 0, 47, 0, 1}));
+        answersStatus(sizeof(DeviceStatusImage));
+    }
+    void answersStatus(std::size_t size) {
+        Bytes payload(size);
+        payload[10] = 0x78;
+        payload[7] = 9;
+        link_.answers(frameOf(4007, 0, payload));
+    }
+    bool imageValid() const {
+        auto image = std::make_unique<DeviceStatusImage>();
+        return cache_.image(*image);
+    }
+
+    test::ScriptedLink link_;
+    DeviceClient client_{link_};
+    StatusCache cache_;
+    StatusPoller poller_{client_, link_, cache_};
+};
+
+TEST_F(Poller, StoresSummaryAndImageInHostOrder) {
+    StatusSummary summary{};
+    EXPECT_FALSE(cache_.summary(summary));
+    answersAll();
+    poller_.pollOnce();
+    ASSERT_TRUE(cache_.summary(summary));
+    EXPECT_EQ(summary.year, 2026);
+    EXPECT_EQ(summary.second, 47);
+    std::uint8_t alarms = 0;
+    ASSERT_TRUE(cache_.alarms(alarms));
+    EXPECT_EQ(alarms, 0x78);
+    auto image = std::make_unique<DeviceStatusImage>();
+    ASSERT_TRUE(cache_.image(*image));
+    EXPECT_EQ(image->streamRate, 9u);
+    EXPECT_EQ(link_.log, "send send send ");
+}
+
+TEST_F(Poller, EachFailureInvalidatesTheImageAndEndsThePollButKeepsTheSummary) {
+    answersAll();
+    poller_.pollOnce();
+    ASSERT_TRUE(imageValid());
+
+    link_.log.clear();
+    poller_.pollOnce();  // silence
+    EXPECT_FALSE(imageValid());
+    EXPECT_EQ(link_.log, "send ");  // neither a summary nor a ping nor a retry
+
+    answersAll();
+    poller_.pollOnce();
+    link_.answers(frameOf(4006, 0, {0, 1}));
+    link_.answers(frameOf(4008, 0, {1, 2, 3}));
+    poller_.pollOnce();
+    EXPECT_FALSE(imageValid());
+
+    answersAll();
+    poller_.pollOnce();
+    link_.answers(frameOf(4006, 0, {0, 1}));
+    link_.answers(frameOf(4008, 0, Bytes(18)));
+    answersStatus(48331);
+    poller_.pollOnce();
+    EXPECT_FALSE(imageValid());
+    StatusSummary summary{};
+    ASSERT_TRUE(cache_.summary(summary));
+    EXPECT_EQ(summary.year, 0);  // the newest one that came whole
+}
+
+TEST_F(Poller, EndsSoonAfterItIsAsked) {
+    ASSERT_EQ(poller_.start(), 0);
+    poller_.requestStop();
+    poller_.join();
+    EXPECT_TRUE(poller_.ended());
+}
+
+}  // namespace
+}  // namespace korvane

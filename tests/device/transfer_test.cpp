@@ -1,0 +1,208 @@
+#include <cstring>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <vector>
+
+#include "device/crc32.h"
+#include "device/transfer_sequences.h"
+#include "simulator/simulated_device.h"
+#include "simulator/simulator_link.h"
+#include "support/configurations.h"
+#include "support/scratch_directory.h"
+
+namespace korvane {
+namespace {
+
+using testing::ElementsAre;
+
+class RecordingSink : public ProgressSink {
+  public:
+    void progress(int percent) override { told.push_back(percent); }
+    void failed(int code) override { failures.push_back(code); }
+
+    std::vector<int> told, failures;
+};
+
+// The panel's side of a transfer and a simulated device behind it. Only the clock of the link
+// passes.
+class Transfer : public testing::Test {
+  protected:
+    Transfer() {
+        device_.onEvent([this](const DeviceEvent& event) {
+            if (event.kind == DeviceEvent::Kind::Request) commands_.push_back(event.command);
+        });
+        client_.Start("10.1.2.3");
+        model_->setCacheDirectory(scratch_.path());
+        model_->setDeviceKey("10.1.2.3");
+    }
+
+    // Runs a sequence as the worker does and returns what it reported last.
+    int run(const TransferWorker::Sequence& sequence) {
+        commands_.clear();
+        *sink_ = {};
+        EXPECT_EQ(worker_.start(sink_, sequence), 0);
+        worker_.join();
+        const bool succeeded = !sink_->told.empty() && sink_->told.back() == 100;
+        EXPECT_EQ(sink_->failures.size() + (succeeded ? 1 : 0), 1u) << "one outcome, once";
+        return succeeded ? 0 : sink_->failures.front();
+    }
+    int save() {
+        return run([this](Progress& progress) { return runSave(client_, *model_, progress); });
+    }
+    int load() {
+        return run([this](Progress& progress) { return runLoad(client_, *model_, progress); });
+    }
+    int upgrade(const std::string& name, std::size_t size, bool stopAtOnce = false) {
+        const std::filesystem::path path = scratch_.path() / name;
+        std::ofstream(path, std::ios::binary) << std::string(size, 'f');
+        return upgradeFrom(path, stopAtOnce);
+    }
+    int upgradeFrom(const std::filesystem::path& path, bool stopAtOnce = false) {
+        return run([this, path, stopAtOnce](Progress& progress) {
+            return runUpgrade(
+                client_, link_, path, [stopAtOnce] { return stopAtOnce; }, progress);
+        });
+    }
+    void inject(const std::string& fault) {
+        std::string error;
+        const auto parsed = parseFault(fault, error);
+        ASSERT_TRUE(parsed) << error;
+        device_.faults().clear();
+        device_.faults().add(*parsed);
+    }
+
+    test::ScratchDirectory scratch_;
+    SimulatedDevice device_;
+    SimulatorLink link_{device_};
+    DeviceClient client_{link_};
+    TransferWorker worker_{link_};
+    std::unique_ptr<ConfigModel> model_ = std::make_unique<ConfigModel>();
+    std::shared_ptr<RecordingSink> sink_ = std::make_shared<RecordingSink>();
+    std::vector<std::uint32_t> commands_;
+};
+
+TEST_F(Transfer, ASaveSendsEverythingInOrderAndTellsItsProgress) {
+    decodeImage(*test::randomImage(3), model_->tables());
+    FlatChannelList channels;
+    channels.append(test::channel(ChannelType::Audio, 4, 0x1234));
+    model_->setFlatChannels(channels);
+    ASSERT_EQ(save(), 0);
+    EXPECT_THAT(commands_, ElementsAre(1, 2000, 2001, 2003, 2004, 2005, 2009, 2010, 2006, 2007,
+                                       2008, 2999, 103, 4000));
+    // 19 steps; SetImageBlock624 (2003) counts none.
+    EXPECT_THAT(sink_->told, ElementsAre(5, 10, 15, 21, 26, 31, 36, 42, 47, 52, 57, 63, 73, 100));
+    EXPECT_TRUE(std::filesystem::exists(scratch_.path() / "10.1.2.3.dat"));
+
+    const auto expected = test::randomImage(3);
+    toNetworkOrder(*expected);
+    const DeviceConfiguration& held = device_.state().applied;
+    EXPECT_EQ(std::memcmp(&held.image, expected.get(), sizeof(ConfigImage)), 0);
+    EXPECT_EQ(held.channels[0], 1);
+    EXPECT_EQ(held.channels[1 + 8], 0x12);
+    EXPECT_EQ(held.channels[1 + 9], 0x34);
+}
+
+TEST_F(Transfer, ALoadBringsBackWhatTheDeviceHoldsAndAsksInOrder) {
+    ASSERT_EQ(load(), 0);
+    EXPECT_THAT(commands_, ElementsAre(2, 3000, 3001, 3003, 3004, 3005, 3009, 3010, 3006, 3007,
+                                       3008, 3999, 104, 101));
+    EXPECT_THAT(sink_->told, ElementsAre(6, 13, 20, 26, 33, 40, 46, 53, 60, 66, 73, 80, 93, 100));
+    const ConfigTables loaded = model_->tables();
+    ASSERT_FALSE(loaded.continuous.frames.empty());
+    const DeviceState before = device_.state();
+    ASSERT_EQ(save(), 0);
+    EXPECT_TRUE(device_.state() == before) << "saving what was loaded changes no byte";
+    ASSERT_EQ(load(), 0);
+    EXPECT_TRUE(model_->tables() == loaded);
+}
+
+class SequenceStops : public Transfer, public testing::WithParamInterface<std::uint32_t> {};
+
+TEST_P(SequenceStops, AtTheFirstRefusalAndReportsItsStatus) {
+    const std::uint32_t code = GetParam();
+    const bool loads = code == 2 || code == 104 || code == 101 || (code >= 3000 && code < 4000);
+    decodeImage(*test::randomImage(8), model_->tables());
+    const ConfigTables before = model_->tables();
+    inject("refuse=7@" + std::to_string(code));
+    // Answers of a fixed size are judged by their length before their status.
+    const bool bare = loads && code != 2 && code != 3000 && code != 3001 && code != 3999;
+    EXPECT_EQ(loads ? load() : save(), bare ? -3 : 7);
+    ASSERT_FALSE(commands_.empty());
+    EXPECT_EQ(commands_.back(), code);
+    EXPECT_TRUE(model_->tables() == before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, SequenceStops,
+                         testing::Values(1, 2000, 2003, 2009, 2999, 103, 4000, 2, 3000, 3001, 3004,
+                                         3010, 3999, 104, 101));
+
+TEST_F(Transfer, AnUnreachableDeviceFailsWithMinus8) {
+    link_.setReachable(false);
+    inject("silence");
+    EXPECT_EQ(save(), -8);
+    EXPECT_EQ(load(), -8);
+}
+
+TEST_F(Transfer, LossAndDuplicatesOfSmallAnswersAreOvercome) {
+    inject("lost-answer@2000:1");
+    EXPECT_EQ(save(), 0);
+    inject("duplicate=1@2003");
+    EXPECT_EQ(save(), 0);
+    inject("late@2001:1");
+    EXPECT_EQ(save(), 0);
+}
+
+TEST_F(Transfer, AnUpgradeSendsTheFileInPiecesAndWaitsForTheDevice) {
+    ASSERT_EQ(upgrade("vxWorks", 25000), 0);
+    ASSERT_GE(commands_.size(), 6u);
+    EXPECT_THAT(std::vector(commands_.begin(), commands_.begin() + 5),
+                ElementsAre(4009, 4011, 4011, 4011, 4010));
+    for (std::size_t i = 5; i < commands_.size(); ++i) EXPECT_EQ(commands_[i], 4012u);
+    // 25000 / 10240 + 25 = 27 steps, counted from 1: begin, two of three pieces, then each poll.
+    ASSERT_GE(sink_->told.size(), 4u);
+    EXPECT_THAT(std::vector(sink_->told.begin(), sink_->told.begin() + 4),
+                ElementsAre(7, 11, 14, 18));
+}
+
+TEST_F(Transfer, AnUpgradeReportsEachFailureOnce) {
+    EXPECT_EQ(upgradeFrom(scratch_.path() / "missing"), -1);
+    EXPECT_EQ(upgradeFrom(""), -1);
+    EXPECT_TRUE(commands_.empty());
+    inject("refuse=9@4009");
+    EXPECT_EQ(upgrade("vxWorks", 100), 9);
+    inject("refuse=9@4011");
+    EXPECT_EQ(upgrade("vxWorks", 100), 9);
+    EXPECT_THAT(commands_, ElementsAre(4009, 4011));
+    inject("refuse=9@4010");
+    EXPECT_EQ(upgrade("vxWorks", 100), 9);
+    inject("silence@4012");
+    EXPECT_EQ(upgrade("vxWorks", 100), -3);
+}
+
+TEST_F(Transfer, AStoppedUpgradeSendsNoPieceButFinishes) {
+    inject("refuse=5@4010");
+    EXPECT_EQ(upgrade("vxWorks", 30000, true), 5);
+    EXPECT_THAT(commands_, ElementsAre(4009, 4010));
+}
+
+TEST_F(Transfer, OneTransferAtATime) {
+    std::atomic<bool> release{false};
+    auto first = std::make_shared<RecordingSink>(), second = std::make_shared<RecordingSink>();
+    ASSERT_EQ(worker_.start(first,
+                            [&release](Progress&) {
+                                while (!release) std::this_thread::yield();
+                                return 0;
+                            }),
+              0);
+    EXPECT_EQ(worker_.start(second, [](Progress&) { return 0; }), -1);
+    release = true;
+    worker_.join();
+    EXPECT_TRUE(second->told.empty());
+    EXPECT_THAT(first->told, ElementsAre(100));
+    EXPECT_EQ(run([](Progress&) -> int { throw std::bad_alloc(); }), -1);
+}
+
+}  // namespace
+}  // namespace korvane
