@@ -11,7 +11,10 @@ namespace korvane {
 
 // Big-endian numbers in a byte stream.
 inline void putBigEndian32(std::uint8_t* out, std::uint32_t value) {
-    for (int shift = 24; shift >= 0; shift -= 8) *out++ = static_cast<std::uint8_t>(value >> shift);
+    out[0] = static_cast<std::uint8_t>(value >> 24);
+    out[1] = static_cast<std::uint8_t>(value >> 16);
+    out[2] = static_cast<std::uint8_t>(value >> 8);
+    out[3] = static_cast<std::uint8_t>(value);
 }
 inline std::uint32_t getBigEndian32(const std::uint8_t* in) {
     return static_cast<std::uint32_t>(in[0]) << 24 | static_cast<std::uint32_t>(in[1]) << 16 |

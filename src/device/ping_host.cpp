@@ -1,11 +1,11 @@
 #include "device/ping_host.h"
 
-#include <windows.h>
 #include <winsock2.h>
+#include <windows.h>
+#include <iphlpapi.h>
+#include <icmpapi.h>
 
 #include <algorithm>
-#include <icmpapi.h>
-#include <iphlpapi.h>
 #include <vector>
 
 namespace korvane {

@@ -1,16 +1,16 @@
 // The one place that knows both socket libraries.
 #ifdef _WIN32
 #include <winsock2.h>
-#include <ws2tcpip.h>
-
 #include <mstcpip.h>
+#include <ws2tcpip.h>
 #else
 #include <arpa/inet.h>
-#include <cerrno>
 #include <netinet/in.h>
 #include <sys/select.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include <cerrno>
 #endif
 
 #include "device/udp.h"

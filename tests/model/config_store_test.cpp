@@ -1,0 +1,422 @@
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <memory>
+#include <numeric>
+#include <random>
+#include <set>
+#include <vector>
+
+#include "model/config_model.h"
+#include "support/configurations.h"
+
+namespace korvane {
+namespace {
+
+constexpr auto continuous = TableKind::Continuous;
+constexpr auto shortTime = TableKind::ShortTime;
+
+MultiplexFrame frameWithSlots(std::uint8_t id, std::size_t slots, std::uint16_t firstService = 0,
+                              std::size_t services = 0) {
+    MultiplexFrame frame = test::frame(id);
+    frame.timeSlots.resize(slots);
+    std::fill(frame.timeSlots.begin(), frame.timeSlots.end(), std::uint8_t{99});
+    for (std::size_t i = 0; i < services; ++i)
+        frame.services.append(test::service(static_cast<std::uint8_t>(i + 1),
+                                            static_cast<std::uint16_t>(firstService + i)));
+    return frame;
+}
+
+std::vector<int> slotsOf(const MultiplexFrame& frame) {
+    return {frame.timeSlots.begin(), frame.timeSlots.end()};
+}
+
+using Pairs = std::vector<std::pair<int, int>>;
+
+Pairs pairsOf(const ServiceFrequencyTable& table) {
+    Pairs pairs;
+    for (const ServiceFrequencyEntry& entry : table.entries)
+        pairs.emplace_back(entry.serviceId, entry.channelNumber);
+    return pairs;
+}
+
+class Store : public testing::Test {
+  protected:
+    Store() { model_->setMultiplexHeader({2, 21, 0}); }
+
+    const MultiplexFrame& frame(std::size_t i) { return model_->tables().continuous.frames[i]; }
+    Pairs csct() { return pairsOf(model_->tables().continuousServices); }
+    // Whether an operation was refused without a trace.
+    template <class Operation>
+    void expectRefused(Operation operation) {
+        const auto before = std::make_unique<ConfigModel>(*model_);
+        EXPECT_EQ(operation(), -1);
+        EXPECT_TRUE(model_->tables() == before->tables());
+        EXPECT_TRUE(model_->flatChannels() == before->flatChannels());
+    }
+
+    std::unique_ptr<ConfigModel> model_ = std::make_unique<ConfigModel>();
+};
+
+TEST_F(Store, FramesAreRenumberedAndAnnouncedOnEveryChange) {
+    model_->addServiceFrequency(continuous, {7, 30, 0});
+    model_->addServiceFrequency(continuous, {8, 21, 0});  // of the current channel, and unfounded
+    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(0, 1, 10, 2)), 0);
+    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(1, 3, 100, 2)), 0);
+    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(2, 2, 200, 1)), 0);
+    EXPECT_EQ(slotsOf(frame(1)), (std::vector{1, 2, 3}));
+    EXPECT_EQ(slotsOf(frame(2)), (std::vector{4, 5}));
+    EXPECT_EQ(csct(), (Pairs{{100, 21}, {101, 21}, {200, 21}, {7, 30}}));
+
+    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(5, 4, 500, 1), 1), 0);
+    EXPECT_EQ(slotsOf(frame(1)), (std::vector{1, 2, 3, 4}));
+    EXPECT_EQ(slotsOf(frame(3)), (std::vector{8, 9}));
+    ASSERT_EQ(model_->updateFrame(continuous, 1, frameWithSlots(5, 1, 510, 1)), 0);
+    EXPECT_EQ(slotsOf(frame(3)), (std::vector{5, 6}));
+    EXPECT_EQ(csct(), (Pairs{{510, 21}, {100, 21}, {101, 21}, {200, 21}, {7, 30}}));
+    ASSERT_EQ(model_->removeFrame(continuous, 0), 0);
+    EXPECT_EQ(slotsOf(frame(0)), (std::vector{0}));
+    for (int i = 0; i < 3; ++i) ASSERT_EQ(model_->removeFrame(continuous, 0), 0);
+    EXPECT_EQ(csct(), (Pairs{{7, 30}}));
+}
+
+TEST_F(Store, ShortTimeFramesKeepTheirSlotsAndAreNotAnnounced) {
+    ASSERT_EQ(model_->addFrame(shortTime, frameWithSlots(3, 2, 300, 1)), 0);
+    MultiplexFrame stored;
+    ASSERT_EQ(model_->getFrame(shortTime, 0, stored), 0);
+    EXPECT_EQ(slotsOf(stored), (std::vector{99, 99}));
+    EXPECT_EQ(stored.kind, shortTime);
+    EXPECT_TRUE(csct().empty());
+    EXPECT_EQ(model_->highestFrameId(shortTime), 3);
+    EXPECT_EQ(model_->highestFrameId(continuous), 0);
+}
+
+TEST_F(Store, ServicesAreAnnouncedAsTheirFramesAre) {
+    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(1, 1, 100, 3)), 0);
+    ASSERT_EQ(model_->removeService(continuous, 0, 1), 0);
+    ASSERT_EQ(model_->updateService(continuous, 0, 0, test::service(1, 150)), 0);
+    ASSERT_EQ(model_->addService(continuous, 0, test::service(3, 103)), 0);
+    EXPECT_EQ(csct(), (Pairs{{150, 21}, {102, 21}, {103, 21}}));
+    ASSERT_EQ(model_->addFrame(shortTime, frameWithSlots(9, 1, 900, 2)), 0);
+    using Place = ConfigModel::ServicePlace;
+    EXPECT_EQ(model_->findService(103), (Place{continuous, 0, 2}));
+    EXPECT_EQ(model_->findService(901), (Place{shortTime, 0, 1}));
+    EXPECT_EQ(model_->findService(101), std::nullopt);
+}
+
+TEST_F(Store, SingleSlotsAreEditedInPlace) {
+    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(1, 3)), 0);
+    ASSERT_EQ(model_->setTimeSlot(continuous, 0, 1, 17), 0);
+    ASSERT_EQ(model_->removeTimeSlot(continuous, 0, 0), 0);
+    EXPECT_EQ(slotsOf(frame(0)), (std::vector{17, 2}));
+    expectRefused([this] { return model_->setTimeSlot(continuous, 0, 2, 1); });
+    expectRefused([this] { return model_->removeTimeSlot(continuous, 1, 0); });
+
+    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(2, 4)), 0);
+    const auto numbers = [](const TimeSlotList& list) {
+        return std::vector<int>(list.begin(), list.end());
+    };
+    EXPECT_EQ(numbers(model_->allocateTimeSlots(0, 3)), (std::vector{0, 1, 2}));
+    EXPECT_EQ(numbers(model_->allocateTimeSlots(1, 2)), (std::vector{2, 3}));
+    EXPECT_EQ(numbers(model_->allocateTimeSlots(-1, 1)), (std::vector{6}));
+    EXPECT_EQ(model_->allocateTimeSlots(-1, 1000).size(), 40u);
+}
+
+TEST_F(Store, IndexesThatNameNothingAreRefused) {
+    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(1, 1, 100, 1)), 0);
+    ASSERT_EQ(model_->addChannel(test::channel(ChannelType::Data, 1, 1), ConfigModel::atEnd), 0);
+    MultiplexFrame frame;
+    FrequencyPoint point{};
+    NeighbourNetwork network{};
+    ServiceFrequencyEntry entry{};
+    FlatChannelList list;
+    InputChannelRecord odd = test::channel(ChannelType::Data, 1, 2);
+    odd.type = 8;
+    for (const int index : {-1, 1, 2, 1000}) {
+        expectRefused([&] { return model_->removeFrame(continuous, index); });
+        expectRefused([&] { return model_->updateFrame(continuous, index, frame); });
+        expectRefused([&] { return model_->getFrame(continuous, index, frame); });
+        expectRefused([&] { return model_->removeService(continuous, 0, index); });
+        expectRefused([&] { return model_->updateService(continuous, 0, index, {}); });
+        expectRefused([&] { return model_->addService(continuous, index, {}); });
+    }
+    expectRefused([&] { return model_->removeChannel(6, 1); });
+    expectRefused([&] { return model_->removeChannel(8, 0); });
+    expectRefused([&] { return model_->clearChannels(8); });
+    expectRefused([&] { return model_->getChannels(8, list); });
+    expectRefused([&] { return model_->updateChannel(1, test::channel(ChannelType::Data, 1, 1)); });
+    expectRefused([&] { return model_->updateChannel(0, odd); });
+    expectRefused([&] { return model_->addChannel(odd, ConfigModel::atEnd); });
+    expectRefused([&] { return model_->addChannel(test::channel(ChannelType::Data, 1, 1), 2); });
+    expectRefused([&] { return model_->getFrequencyPoint(0, point); });
+    expectRefused([&] { return model_->setFrequencyPoint(0, point); });
+    expectRefused([&] { return model_->removeFrequencyPoint(0); });
+    expectRefused([&] { return model_->getNeighbourNetwork(0, network); });
+    expectRefused([&] { return model_->setNeighbourNetwork(0, network); });
+    expectRefused([&] { return model_->removeNeighbourNetwork(0); });
+    expectRefused([&] { return model_->getServiceFrequency(shortTime, 0, entry); });
+    expectRefused([&] { return model_->setServiceFrequency(shortTime, 0, entry); });
+    expectRefused([&] { return model_->removeServiceFrequency(shortTime, 0); });
+    expectRefused([&] { return model_->addServiceFrequency(shortTime, entry, 1); });
+    expectRefused([&] { return model_->addServiceFrequency(shortTime, entry, -2); });
+}
+
+TEST_F(Store, WhatWouldBreakALimitIsRefused) {
+    for (int i = 0; i < 60; ++i)
+        ASSERT_EQ(model_->addChannel(test::channel(static_cast<ChannelType>(i % 8), 1, 1),
+                                     ConfigModel::atEnd),
+                  0);
+    expectRefused([this] {
+        return model_->addChannel(test::channel(ChannelType::Esg, 1, 1), ConfigModel::atEnd);
+    });
+    for (int i = 0; i < 40; ++i) ASSERT_EQ(model_->addFrame(shortTime, frameWithSlots(1, 40)), 0);
+    expectRefused([this] { return model_->addFrame(shortTime, frameWithSlots(1, 0)); });
+
+    // 40 slots and 40 announced services are what all continuous frames share.
+    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(0, 30, 0, 8)), 0);
+    for (std::uint8_t i = 1; i < 6; ++i)
+        ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(i, 2, i * 10, 8)), 0);
+    expectRefused([this] { return model_->addFrame(continuous, frameWithSlots(6, 1)); });
+    expectRefused([this] { return model_->updateFrame(continuous, 1, frameWithSlots(1, 3)); });
+    expectRefused([this] { return model_->addFrame(continuous, frameWithSlots(6, 0, 600, 1)); });
+    expectRefused(
+        [this] { return model_->updateFrame(continuous, 0, frameWithSlots(7, 1, 0, 1)); });
+    expectRefused([this] { return model_->addServiceFrequency(continuous, {1, 2, 0}); });
+    expectRefused([this] { return model_->addService(continuous, 0, test::service(9, 9)); });
+    ASSERT_EQ(model_->removeService(continuous, 5, 0), 0);
+    ASSERT_EQ(model_->addServiceFrequency(continuous, {1, 30, 0}), 0);
+    expectRefused([this] { return model_->addService(continuous, 5, test::service(8, 9)); });
+
+    for (int i = 0; i < 16; ++i) {
+        ASSERT_EQ(model_->addFrequencyPoint({}), 0);
+        ASSERT_EQ(model_->addNeighbourNetwork({}), 0);
+    }
+    expectRefused([this] { return model_->addFrequencyPoint({}); });
+    expectRefused([this] { return model_->addNeighbourNetwork({}); });
+    for (int i = 0; i < 10; ++i) ASSERT_EQ(model_->appendCaSystem({}), 0);
+    expectRefused([this] { return model_->appendCaSystem({}); });
+    NetworkInfo info;
+    info.name.assign(257, 'n');
+    expectRefused([&] { return model_->setNetworkInfo(info); });
+}
+
+TEST_F(Store, AConfigurationBeyondTheLimitsCanBeShrunk) {
+    for (std::uint8_t i = 1; i < 8; ++i)
+        model_->tables().continuous.frames.append(frameWithSlots(i, 10, i * 10, 8));
+    expectRefused([this] { return model_->updateFrame(continuous, 0, frameWithSlots(1, 11)); });
+    EXPECT_EQ(model_->updateFrame(continuous, 0, frameWithSlots(1, 10, 10, 8)), 0);
+    EXPECT_EQ(csct().size(), 40u);
+    EXPECT_EQ(model_->updateFrame(continuous, 0, frameWithSlots(1, 9, 10, 7)), 0);
+    EXPECT_EQ(model_->removeFrame(continuous, 6), 0);
+}
+
+TEST_F(Store, ChannelsKeepTheirTypesListsAndTheirPlaces) {
+    const auto add = [this](ChannelType type, std::uint8_t octet, std::uint32_t position) {
+        ASSERT_EQ(model_->addChannel(test::channel(type, octet, 1), position), 0);
+    };
+    add(ChannelType::Emm, 1, ConfigModel::atEnd);
+    add(ChannelType::Video, 2, ConfigModel::atEnd);
+    add(ChannelType::Video, 3, 0);
+    add(ChannelType::Video, 4, 2);
+    FlatChannelList video;
+    ASSERT_EQ(model_->getChannels(0, video), 0);
+    ASSERT_EQ(video.size(), 3u);
+    EXPECT_EQ(video[0].address[3], 3);
+    EXPECT_EQ(video[2].address[3], 4);
+    EXPECT_EQ(video[2].position, 2);
+    EXPECT_EQ(model_->channels(5)[0].position, 3);
+
+    video[1].port = 77;
+    ASSERT_EQ(model_->updateChannel(1, video[1]), 0);
+    EXPECT_EQ(model_->flatChannels()[1].port, 77);
+    ASSERT_EQ(model_->removeChannel(0, 0), 0);
+    EXPECT_EQ(model_->flatChannels().size(), 3u);
+    ASSERT_EQ(model_->clearChannels(0), 0);
+    EXPECT_EQ(model_->flatChannels().size(), 1u);
+    EXPECT_EQ(model_->flatChannels()[0].position, 0);
+}
+
+TEST_F(Store, ChannelIdsGoOnFromTheLastOneIssued) {
+    const auto idOfNext = [this] {
+        EXPECT_EQ(model_->addChannel(test::channel(ChannelType::Esg, 1, 1), 0), 0);
+        return model_->channels(3)[0].channelId;
+    };
+    std::uint32_t& last = model_->tables().outputParams.lastChannelId;
+    last = 0xF0000000;
+    EXPECT_EQ(idOfNext(), 1u);
+    EXPECT_EQ(last, 1u);
+    model_->clearChannels(3);
+    EXPECT_EQ(idOfNext(), 2u);
+    last = 0xEFFFFFFE;
+    EXPECT_EQ(idOfNext(), 0xEFFFFFFFu);
+    FlatChannelList channels;
+    InputChannelRecord record = test::channel(ChannelType::Esg, 1, 1);
+    record.channelId = 500;
+    channels.append(record);
+    model_->setFlatChannels(channels);
+    last = 7;
+    EXPECT_EQ(idOfNext(), 501u);
+    // A list from elsewhere that holds the largest number there is: ids stay unique.
+    record.channelId = 0xFFFFFFFF;
+    channels.append(record);
+    record.channelId = 0;
+    channels.append(record);
+    model_->setFlatChannels(channels);
+    EXPECT_EQ(idOfNext(), 1u);
+}
+
+TEST_F(Store, CandidatesAreTheChannelsThatNoOtherFrameUses) {
+    for (std::uint8_t i = 1; i < 4; ++i)
+        ASSERT_EQ(model_->addChannel(test::channel(ChannelType::Video, i, 1), ConfigModel::atEnd),
+                  0);
+    const auto uses = [this](std::size_t channel) {
+        ServiceRecord service = test::service(1, 1);
+        service.components.append(model_->channels(0)[channel]);
+        service.components[0].payloadType = 9;  // beyond the bytes that name the stream
+        return service;
+    };
+    ASSERT_EQ(model_->addFrame(continuous, test::frame(1, {uses(0)})), 0);
+    ASSERT_EQ(model_->addFrame(shortTime, test::frame(2, {uses(1)})), 0);
+    const auto octets = [this](std::uint8_t frameId) {
+        std::vector<int> result;
+        for (const auto& c : model_->candidateChannels(0, frameId)) result.push_back(c.address[3]);
+        return result;
+    };
+    EXPECT_EQ(octets(255), (std::vector{1, 2, 3}));
+    EXPECT_EQ(octets(1), (std::vector{1, 3}));
+    EXPECT_EQ(octets(2), (std::vector{2, 3}));
+    EXPECT_EQ(octets(9), (std::vector{3}));
+    EXPECT_TRUE(model_->candidateChannels(8, 255).empty());
+}
+
+TEST_F(Store, TheNetworksFrequenciesAndTheCsctBelongTogether) {
+    for (const std::uint8_t channel : {30, 31}) model_->addFrequencyPoint({channel, 0, {}, 0});
+    model_->addServiceFrequency(continuous, {1, 30, 0});
+    model_->addServiceFrequency(continuous, {2, 31, 0});
+    model_->addServiceFrequency(continuous, {3, 30, 0}, 0);
+    model_->addServiceFrequency(shortTime, {4, 30, 0});
+    ASSERT_EQ(model_->removeFrequencyPoint(0), 0);
+    EXPECT_EQ(csct(), (Pairs{{2, 31}}));
+    EXPECT_EQ(model_->tables().shortTimeServices.entries.size(), 1u);
+
+    model_->tables().continuous.frames.append(frameWithSlots(1, 1, 100, 1));
+    NetworkInfo info;
+    ASSERT_EQ(model_->getNetworkInfo(info), 0);
+    info.networkNumber = 9;
+    ASSERT_EQ(model_->setNetworkInfo(info), 0);
+    EXPECT_EQ(csct(), (Pairs{{100, 21}, {2, 31}}));
+}
+
+TEST_F(Store, HeadersAndBlocksAreCarriedWhole) {
+    model_->setMultiplexHeader({4, 9, 8});
+    EXPECT_EQ(model_->tables().shortTime.header, (std::array<std::uint8_t, 3>{4, 9, 8}));
+    EXPECT_EQ(model_->tables().continuous.header[1], 21);
+    model_->selectTableSet(0x1FE);
+    EXPECT_EQ(model_->tableSet(), 0xFE);
+    std::array<std::uint8_t, 12> bytes{};
+    std::iota(bytes.begin(), bytes.end(), std::uint8_t{1});
+    model_->setHeader(bytes, 44);
+    std::array<std::uint8_t, 12> back{};
+    std::uint8_t length = 0;
+    model_->getHeader(back, length);
+    EXPECT_EQ(back, bytes);
+    EXPECT_EQ(length, 44);
+    EXPECT_EQ(model_->tables().headerValue, 0x0A09);
+    EXPECT_EQ(model_->reserved(1) + model_->reserved(1, 2) + model_->reserved(1, 2, 3), 0);
+}
+
+// Whatever the editors do in whatever order, the derived data follow.
+class RandomEdits : public testing::TestWithParam<unsigned> {
+  protected:
+    unsigned draw(unsigned below) { return random_() % below; }
+
+    void editOnce() {
+        const TableKind kind = draw(4) == 0 ? shortTime : continuous;
+        const int index = static_cast<int>(draw(8)) - 1;
+        const auto service = static_cast<std::uint16_t>(draw(65536));
+        const MultiplexFrame frame =
+            frameWithSlots(static_cast<std::uint8_t>(draw(4)), draw(8), service, draw(9));
+        const InputChannelRecord channel = test::channel(static_cast<ChannelType>(draw(9)), 1, 1);
+        switch (draw(10)) {
+            case 0:
+            case 1:
+                model_->addFrame(kind, frame, index);
+                break;
+            case 2:
+                model_->updateFrame(kind, index, frame);
+                break;
+            case 3:
+                model_->removeFrame(kind, index);
+                break;
+            case 4:
+                model_->addService(kind, index, test::service(1, service));
+                break;
+            case 5:
+                model_->removeService(kind, index, static_cast<int>(draw(8)));
+                break;
+            case 6:
+                addChannel(channel);
+                break;
+            case 7:
+                model_->removeChannel(draw(9), draw(10));
+                break;
+            case 8:
+                addForeignEntry(service);
+                break;
+            case 9:
+                if (draw(10) == 0) model_->clearChannels(draw(8));
+                break;
+        }
+    }
+    void addChannel(const InputChannelRecord& channel) {
+        const std::uint32_t position = draw(3) == 0 ? draw(5) : ConfigModel::atEnd;
+        if (model_->addChannel(channel, position) != 0) return;
+        const std::uint32_t id = model_->tables().outputParams.lastChannelId;
+        EXPECT_TRUE(issued_.insert(id).second) << "channel id " << id << " was issued before";
+    }
+    void addForeignEntry(std::uint16_t service) {
+        const ServiceFrequencyEntry entry{service, static_cast<std::uint8_t>(30 + draw(3)), 0};
+        if (model_->addServiceFrequency(continuous, entry) == 0)
+            foreign_.emplace_back(service, entry.channelNumber);
+    }
+
+    void expectConsistent() {
+        const ConfigTables& tables = model_->tables();
+        int next = 0;
+        Pairs expected;
+        for (const MultiplexFrame& frame : tables.continuous.frames) {
+            for (const std::uint8_t slot : frame.timeSlots) ASSERT_EQ(slot, next++);
+            if (frame.id == 0) continue;
+            for (const ServiceRecord& s : frame.services) expected.emplace_back(s.serviceId, 21);
+        }
+        ASSERT_LE(next, 40);
+        expected.insert(expected.end(), foreign_.begin(), foreign_.end());
+        ASSERT_EQ(pairsOf(tables.continuousServices), expected);
+
+        const FlatChannelList& flat = model_->flatChannels();
+        std::set<std::uint32_t> ids;
+        for (std::size_t i = 0; i < flat.size(); ++i) {
+            ASSERT_EQ(flat[i].position, i);
+            ASSERT_TRUE(i == 0 || flat[i - 1].type <= flat[i].type);
+            ids.insert(flat[i].channelId);
+        }
+        ASSERT_EQ(ids.size(), flat.size());
+    }
+
+    std::mt19937 random_{GetParam()};
+    std::unique_ptr<ConfigModel> model_ = std::make_unique<ConfigModel>();
+    Pairs foreign_;
+    std::set<std::uint32_t> issued_;
+};
+
+TEST_P(RandomEdits, LeaveSlotsCsctAndChannelsConsistent) {
+    model_->setMultiplexHeader({2, 21, 0});
+    for (int i = 0; i < 400 && !HasFatalFailure(); ++i) {
+        editOnce();
+        expectConsistent();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomEdits, testing::Range(1u, 13u));
+
+}  // namespace
+}  // namespace korvane
