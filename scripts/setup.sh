@@ -8,32 +8,41 @@ packages=(
     googletest libbenchmark-dev                             # test framework (as sources), benchmarks
     clang libclang-rt-14-dev llvm clang-format              # sanitizers, fuzzers, formatter
     xvfb xauth fonts-wqy-microhei                           # a display, and a font with Chinese
-    wine wine32:i386                                        # where the product runs
+    wine wine32:i386 fonts-wine                             # where the product runs
+    locales                                                 # the Chinese locale, made below
     git python3
 )
 
 installed() { dpkg-query -W -f '${db:Status-Abbrev}' "$1" 2>/dev/null | grep -q '^ii'; }
 
+# Wine takes its code page, and the coding of file names, from the locale.
+has_locale() { locale -a 2>/dev/null | grep -qix 'zh_CN\.utf-\?8'; }
+
 missing=()
 for package in "${packages[@]}"; do
     installed "$package" || missing+=("$package")
 done
-[ ${#missing[@]} -eq 0 ] && exit 0
+[ ${#missing[@]} -eq 0 ] && has_locale && exit 0
 
 as_root=()
 if [ "$(id -u)" -ne 0 ]; then
-    command -v sudo >/dev/null || { echo "setup: root or sudo is needed to install: ${missing[*]}" >&2; exit 1; }
+    command -v sudo >/dev/null ||
+        { echo "setup: root or sudo is needed to install: ${missing[*]:-the zh_CN.UTF-8 locale}" >&2; exit 1; }
     as_root=(sudo)
 fi
 
-echo "setup: installing ${missing[*]}"
-dpkg --print-foreign-architectures | grep -qx i386 || "${as_root[@]}" dpkg --add-architecture i386
-# A mirror that cannot be refreshed is no reason to stop: the index at hand may do.
-"${as_root[@]}" apt-get update -qq || echo "setup: the package index could not be refreshed; going on with the old one" >&2
+install_packages() {
+    echo "setup: installing ${missing[*]}"
+    dpkg --print-foreign-architectures | grep -qx i386 || "${as_root[@]}" dpkg --add-architecture i386
+    # A mirror that cannot be refreshed is no reason to stop: the index at hand may do.
+    "${as_root[@]}" apt-get update -qq || echo "setup: the package index could not be refreshed; going on with the old one" >&2
 
-# 32-bit Wine needs each library in one version for both architectures; updates can reach
-# the two at different times, the release itself never differs.
-. /etc/os-release
-export DEBIAN_FRONTEND=noninteractive
-"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-    apt-get install -y -qq --no-install-recommends -t "$VERSION_CODENAME" "${missing[@]}" >/dev/null
+    # 32-bit Wine needs each library in one version for both architectures; updates can reach
+    # the two at different times, the release itself never differs.
+    . /etc/os-release
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends -t "$VERSION_CODENAME" "${missing[@]}" >/dev/null
+}
+
+[ ${#missing[@]} -eq 0 ] || install_packages
+has_locale || "${as_root[@]}" localedef -i zh_CN -f UTF-8 zh_CN.UTF-8

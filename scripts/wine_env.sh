@@ -20,6 +20,8 @@ make_wine_prefix() {
         done
         # Without a window manager a managed window waits two seconds for an answer at each close.
         printf '\n[HKEY_CURRENT_USER\\Software\\Wine\\X11 Driver]\n"Managed"="N"\n'
+        # A program that crashes ends; nobody is there to press a button.
+        printf '\n[HKEY_CURRENT_USER\\Software\\Wine\\WineDbg]\n"ShowCrashDialog"=dword:00000000\n'
     } >"$settings"
     wine regedit /S "$settings" </dev/null >/dev/null 2>&1
     rm -f "$settings"

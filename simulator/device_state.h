@@ -41,7 +41,8 @@ struct DeviceState {
 bool operator==(const DeviceConfiguration& a, const DeviceConfiguration& b);
 bool operator==(const DeviceState& a, const DeviceState& b);
 
-// The applied configuration in host order, channels left out: services hold their own copies.
+// The tables of a configuration in host order. The channel list is not part of them: services hold
+// their own copies.
 std::unique_ptr<ConfigTables> decodeConfiguration(const DeviceConfiguration& configuration);
 
 }  // namespace korvane

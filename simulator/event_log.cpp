@@ -16,9 +16,12 @@ std::string endpointText(const Endpoint& endpoint) {
     std::array<std::uint8_t, 4> octets;
     std::memcpy(octets.data(), &endpoint.address, octets.size());
     std::string text;
-    for (const std::uint8_t octet : octets)
-        text += (text.empty() ? "" : ".") + std::to_string(octet);
-    return text + ":" + std::to_string(endpoint.port);
+    for (const std::uint8_t octet : octets) {
+        if (!text.empty()) text += '.';
+        text += std::to_string(octet);
+    }
+    text += ':';
+    return text += std::to_string(endpoint.port);
 }
 
 void EventLog::write(const DeviceEvent& event) {

@@ -128,12 +128,16 @@ std::optional<Fault> parseFault(std::string_view text, std::string& error) {
 
 std::string describe(const Fault& fault) {
     std::string text(traitsOf(fault.kind).name);
-    if (fault.value) text += "=" + std::to_string(*fault.value);
+    const auto append = [&text](char mark, std::string_view value) {
+        text += mark;
+        text += value;
+    };
+    if (fault.value) append('=', std::to_string(*fault.value));
     if (fault.command) {
         const Command* command = findCommand(*fault.command);
-        text += "@" + (command ? std::string(command->name) : std::to_string(*fault.command));
+        append('@', command ? std::string(command->name) : std::to_string(*fault.command));
     }
-    if (fault.remaining != 0) text += ":" + std::to_string(fault.remaining);
+    if (fault.remaining != 0) append(':', std::to_string(fault.remaining));
     return text;
 }
 

@@ -33,15 +33,22 @@ struct ServicePlan {
     std::vector<Feed> feeds;
 };
 
-struct FramePlan {
-    std::uint8_t id, rsRate, byteInterleaving, ldpcRate, modulation, scrambling;
-    std::uint8_t timeSlotCount;
-    std::vector<ServicePlan> services;
+struct Coding {
+    std::uint8_t rsRate, byteInterleaving, ldpcRate, modulation, scrambling;
 };
+// RS (240, 240), (240, 224), (240, 192) or (240, 176); LDPC 1/2 or 3/4; BPSK, QPSK or 16QAM.
+constexpr Coding controlCoding = {0, 1, 0, 0, 0};
+constexpr Coding usualCoding = {1, 1, 0, 1, 0};
+constexpr Coding scrambledCoding = {1, 1, 0, 1, 3};
+constexpr Coding denseCoding = {1, 2, 0, 2, 1};
+constexpr Coding dataCoding = {2, 3, 1, 1, 2};
+constexpr Coding shortDataCoding = {3, 1, 1, 1, 0};
 
-constexpr std::uint8_t bpsk = 0, qpsk = 1, qam16 = 2;
-constexpr std::uint8_t rate1of2 = 0, rate3of4 = 1;
-constexpr std::uint8_t rs240 = 0, rs224 = 1, rs192 = 2, rs176 = 3;
+struct FramePlan {
+    std::uint8_t id;
+    Coding coding;
+    std::uint8_t timeSlotCount;
+};
 
 using enum ChannelType;
 
@@ -76,134 +83,81 @@ ServiceRecord makeService(const ServicePlan& plan, std::uint8_t subFrameNumber,
     return service;
 }
 
-// Takes the time slots from `nextSlot` on.
-void addFrame(MultiplexTable& table, TableKind kind, const FramePlan& plan, std::uint8_t& nextSlot,
-              const FlatChannelList& channels) {
-    MultiplexFrame frame;
-    frame.id = plan.id;
-    frame.rsRate = plan.rsRate;
-    frame.byteInterleaving = plan.byteInterleaving;
-    frame.ldpcRate = plan.ldpcRate;
-    frame.modulation = plan.modulation;
-    frame.scrambling = plan.scrambling;
-    frame.kind = kind;
-    for (std::uint8_t i = 0; i < plan.timeSlotCount; ++i) frame.timeSlots.append(nextSlot++);
-    std::uint8_t subFrameNumber = 1;
-    for (const ServicePlan& service : plan.services)
-        frame.services.append(makeService(service, subFrameNumber++, channels));
-    table.frames.append(frame);
-}
+// Fills the tables frame by frame; time slots run on from frame to frame.
+class TableBuilder {
+  public:
+    TableBuilder(ConfigTables& tables, const FlatChannelList& channels)
+        : tables_(tables), channels_(channels) {}
+
+    void addFrame(TableKind kind, const FramePlan& plan, const std::vector<ServicePlan>& services) {
+        MultiplexFrame frame;
+        frame.id = plan.id;
+        frame.rsRate = plan.coding.rsRate;
+        frame.byteInterleaving = plan.coding.byteInterleaving;
+        frame.ldpcRate = plan.coding.ldpcRate;
+        frame.modulation = plan.coding.modulation;
+        frame.scrambling = plan.coding.scrambling;
+        frame.kind = kind;
+        for (std::uint8_t i = 0; i < plan.timeSlotCount; ++i) frame.timeSlots.append(nextSlot_++);
+        std::uint8_t subFrameNumber = 1;
+        for (const ServicePlan& service : services)
+            frame.services.append(makeService(service, subFrameNumber++, channels_));
+        tables_.table(kind).frames.append(frame);
+    }
+
+  private:
+    ConfigTables& tables_;
+    const FlatChannelList& channels_;
+    std::uint8_t nextSlot_ = 0;
+};
 
 // Frame 0 carries the control tables: eight services without inputs and with consecutive ids.
-void addControlFrame(MultiplexTable& table, std::uint8_t& nextSlot) {
-    constexpr std::uint32_t bandwidth = 8'000;
-    addFrame(table, TableKind::Continuous, {0, rs240, 1, rate1of2, bpsk, 0, 1, {}}, nextSlot, {});
-    for (std::uint8_t number = 1; number <= limits::services; ++number)
-        table.frames[0].services.append(
-            makeService({number, Media, bandwidth, false, {}, {}}, number, {}));
+void addControlFrame(TableBuilder& builder) {
+    std::vector<ServicePlan> services;
+    for (std::uint16_t id = 1; id <= limits::services; ++id)
+        services.push_back({id, Media, 8'000, false, {}, {}});
+    builder.addFrame(TableKind::Continuous, {0, controlCoding, 1}, services);
 }
 
-void addContinuousFrames(MultiplexTable& table, std::uint8_t& nextSlot,
-                         const FlatChannelList& channels) {
-    const std::vector<FramePlan> plans = {
-        {1,
-         rs224,
-         1,
-         rate1of2,
-         qpsk,
-         0,
-         8,
-         {{101, Media, 500'000, false, gbk::news, {{Video, 0}, {Audio, 0}}},
-          {102, Media, 500'000, false, gbk::sports, {{Video, 1}, {Audio, 1}}}}},
-        {2,
-         rs224,
-         2,
-         rate1of2,
-         qam16,
-         1,
-         4,
-         {{103, Media, 520'000, false, gbk::movies, {{Video, 2}, {Audio, 2}}},
-          {104, Media, 480'000, false, gbk::children, {{Video, 3}, {Audio, 3}}}}},
-        {3,
-         rs224,
-         1,
-         rate1of2,
-         qpsk,
-         0,
-         4,
-         {{sampleMusicServiceId, DraRadio, 160'000, true, gbk::musicRadio, {{Dra, 0}, {Ecm, 1}}},
-          {202, DraRadio, 160'000, false, gbk::trafficRadio, {{Dra, 1}}},
-          {203, DraRadio, 160'000, false, gbk::newsRadio, {{Dra, 2}}}}},
-        {4,
-         rs192,
-         3,
-         rate3of4,
-         qpsk,
-         2,
-         4,
-         {{301, DataBroadcast, 400'000, false, gbk::cityInfo, {{Data, 0}}},
-          {302, Guide, 128'000, false, gbk::guide, {{Esg, 0}}},
-          {303, Entitlements, 64'000, false, gbk::entitlements, {{Emm, 0}}}}},
-        {5,
-         rs224,
-         1,
-         rate1of2,
-         qpsk,
-         0,
-         4,
-         {{sampleCinemaServiceId,
-           Media,
-           480'000,
-           true,
-           gbk::cinema,
-           {{Video, 4}, {Audio, 4}, {Ecm, 0}}}}},
-        {6,
-         rs224,
-         1,
-         rate1of2,
-         qpsk,
-         3,
-         4,
-         {{106, Media, 512'000, false, gbk::opera, {{Video, 5}, {Audio, 5}, {Audio, 6}}}}},
+void addContinuousFrames(TableBuilder& builder) {
+    const auto add = [&builder](const FramePlan& plan, const std::vector<ServicePlan>& services) {
+        builder.addFrame(TableKind::Continuous, plan, services);
     };
-    for (const FramePlan& plan : plans)
-        addFrame(table, TableKind::Continuous, plan, nextSlot, channels);
+    add({1, usualCoding, 8}, {{101, Media, 500'000, false, gbk::news, {{Video, 0}, {Audio, 0}}},
+                              {102, Media, 500'000, false, gbk::sports, {{Video, 1}, {Audio, 1}}}});
+    add({2, denseCoding, 4},
+        {{103, Media, 520'000, false, gbk::movies, {{Video, 2}, {Audio, 2}}},
+         {104, Media, 480'000, false, gbk::children, {{Video, 3}, {Audio, 3}}}});
+    add({3, usualCoding, 4},
+        {{sampleMusicServiceId, DraRadio, 160'000, true, gbk::musicRadio, {{Dra, 0}, {Ecm, 1}}},
+         {202, DraRadio, 160'000, false, gbk::trafficRadio, {{Dra, 1}}},
+         {203, DraRadio, 160'000, false, gbk::newsRadio, {{Dra, 2}}}});
+    add({4, dataCoding, 4}, {{301, DataBroadcast, 400'000, false, gbk::cityInfo, {{Data, 0}}},
+                             {302, Guide, 128'000, false, gbk::guide, {{Esg, 0}}},
+                             {303, Entitlements, 64'000, false, gbk::entitlements, {{Emm, 0}}}});
+    const std::vector<Feed> cinema = {{Video, 4}, {Audio, 4}, {Ecm, 0}};
+    add({5, usualCoding, 4}, {{sampleCinemaServiceId, Media, 480'000, true, gbk::cinema, cinema}});
+    const std::vector<Feed> opera = {{Video, 5}, {Audio, 5}, {Audio, 6}};
+    add({6, scrambledCoding, 4}, {{106, Media, 512'000, false, gbk::opera, opera}});
 }
 
-void addShortTimeFrames(MultiplexTable& table, std::uint8_t& nextSlot,
-                        const FlatChannelList& channels) {
-    const std::vector<FramePlan> plans = {
-        {7,
-         rs224,
-         1,
-         rate1of2,
-         qpsk,
-         0,
-         4,
-         {{401, Media, 480'000, false, {}, {{Video, 6}, {Audio, 7}}}}},
-        {8,
-         rs176,
-         1,
-         rate3of4,
-         qpsk,
-         0,
-         2,
-         {{402, DataBroadcast, 256'000, false, {}, {{Data, 1}}}}},
-    };
-    for (const FramePlan& plan : plans)
-        addFrame(table, TableKind::ShortTime, plan, nextSlot, channels);
+void addShortTimeFrames(TableBuilder& builder) {
+    builder.addFrame(TableKind::ShortTime, {7, usualCoding, 4},
+                     {{401, Media, 480'000, false, {}, {{Video, 6}, {Audio, 7}}}});
+    builder.addFrame(TableKind::ShortTime, {8, shortDataCoding, 2},
+                     {{402, DataBroadcast, 256'000, false, {}, {{Data, 1}}}});
 }
 
 }  // namespace
 
 void addSampleTables(ConfigTables& tables, const FlatChannelList& channels) {
     constexpr std::uint8_t continuousTableId = 2, shortTimeTableId = 4;
-    std::uint8_t nextSlot = 0;
     tables.continuous.header = {continuousTableId, sampleChannelNumber, 1};
-    addControlFrame(tables.continuous, nextSlot);
-    addContinuousFrames(tables.continuous, nextSlot, channels);
     tables.shortTime.header = {shortTimeTableId, sampleChannelNumber, 1};
-    addShortTimeFrames(tables.shortTime, nextSlot, channels);
+    TableBuilder builder(tables, channels);
+    addControlFrame(builder);
+    addContinuousFrames(builder);
+    addShortTimeFrames(builder);
 }
 
 void addSampleServiceFrequencies(ConfigTables& tables) {

@@ -98,10 +98,17 @@ constexpr std::array<OptionRow, 12> rows = {{
 
 std::string column(std::string_view name, std::string_view value, std::string_view glue,
                    std::size_t width) {
-    std::string text = "  " + std::string(name);
-    if (!value.empty()) text += std::string(glue) + std::string(value);
+    std::string text = "  ";
+    text += name;
+    if (!value.empty()) text.append(glue).append(value);
     text.resize(std::max(width, text.size() + 2), ' ');
     return text;
+}
+
+std::string quoted(std::string_view text) {
+    std::string result = "'";
+    result += text;
+    return result += '\'';
 }
 
 // The value of an option, behind its '=' or from the next argument. Options without one get none.
@@ -131,16 +138,16 @@ bool applyNext(std::span<const char* const>& arguments, SimulatorOptions& option
     const std::string_view name = argument.substr(0, argument.find('='));
     const auto row = std::ranges::find(rows, name, &OptionRow::name);
     if (row == rows.end()) {
-        error = "unknown option '" + std::string(name) + "'";
+        error = "unknown option " + quoted(name);
         return false;
     }
     const auto value = takeValue(*row, argument, arguments, error);
     if (!value) return false;
     std::string reason;
     if (row->apply(options, *value, reason)) return true;
-    if (reason.empty())
-        reason = "'" + std::string(*value) + "' is no " + std::string(row->valueName);
-    error = std::string(name) + ": " + reason;
+    error = name;
+    error += ": ";
+    error += reason.empty() ? quoted(*value) + " is no " + std::string(row->valueName) : reason;
     return false;
 }
 
@@ -172,28 +179,30 @@ std::string helpText() {
         "Usage: korvane-sim [OPTION...]\n\n";
     for (const OptionRow& row : rows)
         text += column(row.name, row.valueName, " ", 26) + std::string(row.help) + "\n";
-    text += "\n" + faultHelp() +
-            "\nExamples: --fault loss=20  --fault silence@ActivateConfig:1  --fault refuse=5@2004\n"
-            "\n"
-            "It starts with a sample configuration, or with what the state file holds. When it\n"
-            "is ready it prints one line, \"listening on ADDRESS:PORT\"; then it logs what it\n"
-            "receives and answers, and takes commands from its standard input (\"help\" lists\n"
-            "them). SIGINT, SIGTERM and \"quit\" end it and save the state file. SIGUSR1 writes\n"
-            "the dump file, or the state file when there is none; both have the same layout,\n"
-            "all bytes as they travel:\n"
-            "       0       8  \"KVSIM001\"\n"
-            "       8       4  size of the file, big-endian\n"
-            "      12       4  CRC-32/MPEG-2 of what follows, big-endian\n"
-            "      16     144  device parameters as set\n"
-            "     160     144  device parameters as applied\n"
-            "     304  629896  configuration image as set\n"
-            "  630200   41944  service descriptions as set\n"
-            "  672144     974  block 2002 as set\n"
-            "  673118    7201  count and records of the input channels as set\n"
-            "  680319  680015  image, descriptions, block and channels as applied\n"
-            "\n"
-            "Exit codes: 0 ended as asked, 1 could not run (address in use, state file\n"
-            "damaged or not writable), 2 wrong options.\n";
+    text += '\n';
+    text += faultHelp();
+    text +=
+        "\nExamples: --fault loss=20  --fault silence@ActivateConfig:1  --fault refuse=5@2004\n"
+        "\n"
+        "It starts with a sample configuration, or with what the state file holds. When it\n"
+        "is ready it prints one line, \"listening on ADDRESS:PORT\"; then it logs what it\n"
+        "receives and answers, and takes commands from its standard input (\"help\" lists\n"
+        "them). SIGINT, SIGTERM and \"quit\" end it and save the state file. SIGUSR1 writes\n"
+        "the dump file, or the state file when there is none; both have the same layout,\n"
+        "all bytes as they travel:\n"
+        "       0       8  \"KVSIM001\"\n"
+        "       8       4  size of the file, big-endian\n"
+        "      12       4  CRC-32/MPEG-2 of what follows, big-endian\n"
+        "      16     144  device parameters as set\n"
+        "     160     144  device parameters as applied\n"
+        "     304  629896  configuration image as set\n"
+        "  630200   41944  service descriptions as set\n"
+        "  672144     974  block 2002 as set\n"
+        "  673118    7201  count and records of the input channels as set\n"
+        "  680319  680015  image, descriptions, block and channels as applied\n"
+        "\n"
+        "Exit codes: 0 ended as asked, 1 could not run (address in use, state file\n"
+        "damaged or not writable), 2 wrong options.\n";
     return text;
 }
 

@@ -28,6 +28,10 @@ void catchSignals() {
 #ifdef SIGUSR1
     std::signal(SIGUSR1, [](int) { dumpAsked = 1; });
 #endif
+#ifdef SIGPIPE
+    // Whoever reads the log may go away; the device goes on.
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
 }
 
 // Since the first call.
@@ -59,6 +63,10 @@ std::string timeText() {
     return text;
 }
 
+void complain(const std::string& text) {
+    std::cerr << "korvane-sim: " << text << std::endl;
+}
+
 // The state to start with; null after telling why when the state file must not be touched.
 std::unique_ptr<DeviceState> startingState(const SimulatorOptions& options) {
     std::error_code problem;
@@ -67,8 +75,8 @@ std::unique_ptr<DeviceState> startingState(const SimulatorOptions& options) {
     std::string error;
     auto state = loadState(options.stateFile, error);
     if (!state)
-        std::cerr << "korvane-sim: state file " << options.stateFile.string()
-                  << " is not usable: " << error << "; it is left as it is" << std::endl;
+        complain("state file " + options.stateFile.string() + " is not usable: " + error +
+                 "; it is left as it is");
     return state;
 }
 
@@ -86,10 +94,15 @@ class Program {
     }
 
     int run() {
+        std::string error;
         if (!server_.open(options_.address, options_.port)) {
-            std::cerr << "korvane-sim: cannot listen on " << options_.address << ':'
-                      << options_.port
-                      << ": the port is in use or the address is not this machine's" << std::endl;
+            complain("cannot listen on " + options_.address + ':' + std::to_string(options_.port) +
+                     ": the port is in use or the address is not this machine's");
+            return 1;
+        }
+        // A file that cannot be written is better found now than at the end.
+        if (!keeper_.saveNow(error)) {
+            complain(error);
             return 1;
         }
         std::cout << "listening on " << options_.address << ':' << options_.port << std::endl;
@@ -101,7 +114,8 @@ class Program {
   private:
     void turn(LineReader& lines) {
         constexpr std::uint32_t consoleMs = 50;
-        server_.serve(consoleMs, steadyMs);
+        const std::size_t refused = server_.serve(consoleMs, steadyMs);
+        if (refused != 0) complain(std::to_string(refused) + " datagrams could not be sent");
         while (const auto line = lines.next()) {
             const std::string text = console_.execute(*line, steadyMs());
             if (!text.empty()) std::cout << text << std::endl;
@@ -111,7 +125,7 @@ class Program {
             std::cout << save({}) << std::endl;
         }
         std::string error;
-        if (!keeper_.tend(steadyMs(), error)) std::cerr << "korvane-sim: " << error << std::endl;
+        if (!keeper_.tend(steadyMs(), error)) complain(error);
     }
 
     // To `path`, else to the dump file, else to the state file.
@@ -129,7 +143,7 @@ class Program {
         if (!options_.dumpFile.empty())
             written = saveState(options_.dumpFile, device_.state(), error) && written;
         if (written) return 0;
-        std::cerr << "korvane-sim: " << error << std::endl;
+        complain(error);
         return 1;
     }
 

@@ -185,9 +185,9 @@ std::uint32_t StatusGenerator::effectiveLength(const SubFrame& subFrame) {
 }
 
 std::uint32_t StatusGenerator::effectiveData(const Frame& frame) {
-    std::uint64_t sum = 0;
+    std::uint32_t sum = 0;
     for (const SubFrame& subFrame : frame.subFrames) sum += effectiveLength(subFrame);
-    return static_cast<std::uint32_t>(std::min<std::uint64_t>(sum, frame.capacity));
+    return sum;
 }
 
 double StatusGenerator::streamRate() const {

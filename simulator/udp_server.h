@@ -22,11 +22,12 @@ class UdpServer {
     // False when the address and port cannot be had.
     bool open(const std::string& address, std::uint16_t port);
 
-    // One turn: sends what is due and waits up to `longestWaitMs` for one datagram.
-    void serve(std::uint32_t longestWaitMs, std::uint64_t (*nowMs)());
+    // One turn: sends what is due and waits up to `longestWaitMs` for one datagram. How many
+    // datagrams the system refused to send: 65,507 bytes are the most that UDP carries.
+    std::size_t serve(std::uint32_t longestWaitMs, std::uint64_t (*nowMs)());
 
   private:
-    void sendDue(std::uint64_t nowMs);
+    std::size_t sendDue(std::uint64_t nowMs);
 
     SimulatedDevice& device_;
     UdpSocket socket_ = 0;

@@ -62,7 +62,7 @@ class BoundedList {
 
     // False when there is no element at `index`.
     bool erase(std::size_t index) {
-        if (index >= size_) return false;
+        if (index >= std::min(size_, Limit)) return false;
         std::copy(begin() + index + 1, end(), begin() + index);
         items_[--size_] = T{};
         return true;

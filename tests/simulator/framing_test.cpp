@@ -77,7 +77,9 @@ TEST_F(Framing, TrainThatEndsLikeAnAnnouncement) {
     std::copy(end.begin(), end.end(), message.end() - 8);
     panel_.send(announcementOf(static_cast<std::uint32_t>(message.size())));
     EXPECT_TRUE(panel_.send(Bytes(message.begin(), message.end() - 8)).empty());
-    EXPECT_EQ(readReply(panel_.send(Bytes(message.end() - 8, message.end()))).status, 0u);
+    const Reply reply = readReply(panel_.send(Bytes(message.end() - 8, message.end())));
+    EXPECT_EQ(reply.code, 103u);
+    EXPECT_EQ(reply.status, 0u);
 }
 
 TEST_F(Framing, UnfinishedTrainIsGivenUpAfterTwoSeconds) {
@@ -96,6 +98,17 @@ TEST_F(Framing, NewAnnouncementReplacesAnUnfinishedTrain) {
     panel_.send(pattern(30720, 0));
     EXPECT_EQ(panel_.statusOf(2009, pattern(314244, 9)), 0u);
     EXPECT_EQ(panel_.ask(3009).payload, pattern(314244, 9));
+}
+
+TEST_F(Framing, RestartForgetsUnfinishedTrains) {
+    SimulationSettings settings;
+    settings.rebootMs = 100;
+    SimulatedDevice device(settings);
+    PanelSide panel(device);
+    panel.send(announcementOf(314256));
+    device.reboot(panel.nowMs);
+    panel.nowMs = 100;
+    EXPECT_EQ(panel.statusOf(4006), 0u);
 }
 
 TEST_F(Framing, TrainLongerThanAnnouncedIsDropped) {

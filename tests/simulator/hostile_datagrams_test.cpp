@@ -82,13 +82,12 @@ TEST(HostileDatagrams, ImageFullOfOnesIsAppliedAndReported) {
 TEST(HostileDatagrams, AnnouncementsFromManySendersDoNotPileUp) {
     SimulatedDevice device;
     PanelSide panel(device);
-    for (int round = 0; round < 2000; ++round) {
-        const Endpoint from{static_cast<std::uint32_t>(round), 1};
-        panel.send(announcementOf(400000), from);
-        panel.send(Bytes(60000), from);
-        panel.nowMs += 1;
-    }
-    EXPECT_EQ(panel.statusOf(4006), 0u);
+    const auto sender = [](std::uint32_t number) { return Endpoint{number, 1}; };
+    for (std::uint32_t number = 1; number <= 17; ++number, ++panel.nowMs)
+        panel.send(announcementOf(400000), sender(number));
+    EXPECT_FALSE(panel.send(requestFrame(4006), sender(1)).empty()) << "the oldest gave way";
+    EXPECT_TRUE(panel.send(requestFrame(4006), sender(2)).empty()) << "taken for its train";
+    EXPECT_TRUE(panel.send(requestFrame(4006), sender(17)).empty());
 }
 
 }  // namespace

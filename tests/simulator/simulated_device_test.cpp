@@ -43,7 +43,7 @@ TEST_F(Device, EveryBlockComesBackAsItWasSentFromItsPlaceInTheImage) {
     for (const Block& block : blocks)
         EXPECT_EQ(panel_.statusOf(block.setCode, pattern(block.size, seed++)), 0u);
     EXPECT_EQ(panel_.statusOf(2002, pattern(974, 99)), 0u);
-    EXPECT_EQ(panel_.statusOf(2001, {12, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}), 0u);
+    EXPECT_EQ(panel_.statusOf(2001, {33, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}), 0u);
     EXPECT_EQ(panel_.statusOf(2999, {7}), 0u);
 
     seed = 1;
@@ -54,10 +54,10 @@ TEST_F(Device, EveryBlockComesBackAsItWasSentFromItsPlaceInTheImage) {
             << block.setCode;
     }
     EXPECT_EQ(panel_.ask(3002).payload, pattern(974, 99));
-    EXPECT_EQ(panel_.ask(3001).payload, Bytes({12, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
+    EXPECT_EQ(panel_.ask(3001).payload, Bytes({33, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
     EXPECT_EQ(setImage()[0], 0);
     EXPECT_EQ(setImage()[11], 11);
-    EXPECT_EQ(setImage()[12], 12);
+    EXPECT_EQ(setImage()[12], 33);
 }
 
 TEST_F(Device, AnswersHaveTheSizesThatThePanelChecks) {
@@ -85,8 +85,12 @@ TEST_F(Device, WhatWasSetIsAppliedByActivation) {
     setHeader(before + 1);
     EXPECT_EQ(panel_.ask(3001).payload[6], before + 1) << "the panel sees what it set";
     EXPECT_EQ(device_.state().applied.image.header.bytes[5], before);
+    panel_.ask(103, pattern(41944, 1));
+    panel_.ask(1, {0});
+    EXPECT_FALSE(device_.state().applied == device_.state().set);
     EXPECT_EQ(panel_.statusOf(4000), 0u);
     EXPECT_EQ(device_.state().applied.image.header.bytes[5], before + 1);
+    EXPECT_TRUE(device_.state().applied == device_.state().set);
 }
 
 TEST_F(Device, InputChannelLists) {

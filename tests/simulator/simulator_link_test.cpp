@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "device/command_frame.h"
 #include "simulator/panel_side.h"
 
 namespace korvane::test {

@@ -30,6 +30,16 @@ class Status : public testing::Test {
         return at(0).frames[0].channelCapacity;
     }
 
+    // Sections of the last image that brought something once and bring nothing now.
+    int silentInputs() const {
+        int count = 0;
+        for (std::size_t i = 0; i < image_.frameCount; ++i)
+            for (const SubFrameStats& subFrame : image_.frames[i].subFrames)
+                for (const SegmentStats& segment : subFrame.segments)
+                    count += segment.inputBytes > 0 && segment.inputRateKbps == 0 ? 1 : 0;
+        return count;
+    }
+
     StatusGenerator generator_{1};
     DeviceStatusImage image_;
     std::unique_ptr<ConfigTables> tables_ = sampleTables();
@@ -101,6 +111,8 @@ TEST_F(Status, CountersFollowTheRatesHoweverOftenTheyAreRead) {
     EXPECT_EQ(at(20'000).bytesSent, sent);
     EXPECT_EQ(at(20'100).bytesSent, sent) << "between two steps";
     EXPECT_GT(at(3'620'000).bytesSent, sent) << "after an hour without a question";
+    generator_.restart(*tables_, 3'620'000);
+    EXPECT_EQ(at(3'620'000).bytesSent, 0u);
 }
 
 TEST_F(Status, SameSeedSameLife) {
@@ -136,19 +148,16 @@ TEST_F(Status, AlarmsComeAndGoWhereTheyAreSwitchedOn) {
 TEST_F(Status, AnInputIsMissingWhileTheDataAlarmIsOn) {
     generator_.restart(*tables_, 0);
     std::uint64_t ms = 0;
-    while ((at(ms).alarms & 8) == 0) {
-        ms += 500;
-        ASSERT_LT(ms, 3'600'000u);
-    }
-    int silent = 0;
-    for (std::size_t i = 0; i < image_.frameCount; ++i)
-        for (const SubFrameStats& subFrame : image_.frames[i].subFrames)
-            for (std::size_t k = 0; k < subFrame.segmentCount; ++k)
-                silent +=
-                    subFrame.segments[k].inputBytes > 0 && subFrame.segments[k].inputRateKbps == 0
-                        ? 1
-                        : 0;
-    EXPECT_EQ(silent, 1);
+    const auto waitForDataAlarm = [&](std::uint8_t bit) {
+        while ((at(ms).alarms & 8) != bit) {
+            ms += 500;
+            ASSERT_LT(ms, 3'600'000u);
+        }
+    };
+    waitForDataAlarm(8);
+    EXPECT_EQ(silentInputs(), 1);
+    waitForDataAlarm(0);
+    EXPECT_EQ(silentInputs(), 0);
 }
 
 TEST_F(Status, ForcedAlarmsOverrideTheSwitches) {

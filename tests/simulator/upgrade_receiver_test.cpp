@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <string_view>
 
+#include "device/command_frame.h"
 #include "simulator/panel_side.h"
 
 namespace korvane::test {
@@ -24,11 +25,11 @@ class Upgrade : public testing::Test {
     }
     std::uint32_t piece(std::uint32_t offset, std::string_view bytes,
                         std::optional<std::uint32_t> length = {}) {
-        Bytes payload(8);
+        Bytes payload(8 + bytes.size());
+        std::copy(bytes.begin(), bytes.end(), payload.data() + 8);
         putBigEndian32(payload.data(), offset);
         putBigEndian32(payload.data() + 4,
                        length.value_or(static_cast<std::uint32_t>(bytes.size())));
-        payload.insert(payload.end(), bytes.begin(), bytes.end());
         return panel_.statusOf(4011, payload);
     }
     std::uint32_t finish() { return panel_.statusOf(4010); }
@@ -61,6 +62,18 @@ TEST_F(Upgrade, RepeatedPieceIsAccepted) {
     EXPECT_EQ(piece(4, "56789"), 0u);
     EXPECT_EQ(piece(4, "56789"), 0u);
     EXPECT_EQ(finish(), 0u);
+}
+
+TEST_F(Upgrade, BeginningAgainAndRestartingStartOver) {
+    begin();
+    piece(0, "1234");
+    begin();
+    EXPECT_EQ(piece(4, "56789"), 6u);
+    EXPECT_EQ(piece(0, file), 0u);
+    device_.reboot(panel_.nowMs);
+    panel_.nowMs += 15'000;
+    EXPECT_EQ(state(), 0);
+    EXPECT_EQ(finish(), 3u);
 }
 
 TEST_F(Upgrade, WrongChecksumIsRefused) {

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <array>
+#include <memory>
+
+#include "ui/page.h"
+
+namespace korvane {
+
+// The list of the control information tables, and beside it the page of the selected one.
+class TableList : public Dialog {
+  public:
+    TableList();
+
+    // Fills the shown page from the model; the others are filled when they are selected.
+    void refresh();
+    // Takes the shown page's edits into the model; the others' were taken when they were left.
+    void commit();
+    int selected() const { return selected_; }
+
+  protected:
+    bool onInit() override;
+    bool onCommand(int id, int notification, HWND control) override;
+    void onSize(int width, int height) override;
+
+  private:
+    static constexpr int tableCount = 6;
+
+    void select(int index);
+    void placePages();
+
+    std::array<std::unique_ptr<Page>, tableCount> pages_;
+    int selected_ = 0;
+};
+
+// The panel's page that holds the table list.
+class ControlTablesPage : public Page {
+  public:
+    ControlTablesPage();
+
+    void refresh() override { tables_.refresh(); }
+    void commit() override { tables_.commit(); }
+
+  protected:
+    bool onInit() override;
+    void onSize(int width, int height) override;
+
+  private:
+    TableList tables_;
+};
+
+}  // namespace korvane

@@ -1,0 +1,124 @@
+#include <windows.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <new>
+
+#include "device/ping_host.h"
+#include "device/udp_link.h"
+#include "korvane/plugin.h"
+#include "shell/device_manager.h"
+#include "shell/host_border.h"
+#include "shell/main_panel.h"
+#include "ui/modal.h"
+
+namespace korvane {
+namespace {
+
+bool ping(const std::string& host) {
+    constexpr std::uint8_t timeToLive = 10;
+    constexpr std::uint32_t timeoutMs = 150, dataSize = 32;
+    PingReply reply{};
+    return PingHost(host, reply, timeToLive, timeoutMs, dataSize);
+}
+
+std::filesystem::path hostDirectory() {
+    constexpr DWORD longestPath = 32768;
+    std::wstring path(longestPath, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), longestPath));
+    return std::filesystem::path(path).parent_path();
+}
+
+// A reference to this library, so that a host that frees it too early cannot pull the code away
+// from under running threads or a waiting command.
+class LibraryHold {
+  public:
+    void take() {
+        if (held_) return;
+        const auto* inside = reinterpret_cast<const wchar_t*>(&hostDirectory);
+        GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, inside, &held_);
+    }
+    // The caller's own reference keeps the code in place while this runs.
+    void release() {
+        HMODULE library = held_;
+        held_ = nullptr;
+        if (library) FreeLibrary(library);
+    }
+
+  private:
+    HMODULE held_ = nullptr;
+};
+
+struct Plugin {
+    UdpDeviceLink link{&ping};
+    DeviceManager manager{link, hostDirectory()};
+    MainPanel panel{manager};
+    LibraryHold hold;
+    bool started = false;
+};
+
+// Made by the first call, for the entry routine may not; never destroyed, for at the end of the
+// process its threads have been ended by force, and nothing may wait for them any more.
+Plugin& plugin() {
+    alignas(Plugin) static std::byte room[sizeof(Plugin)];
+    static Plugin* const instance = new (room) Plugin;
+    return *instance;
+}
+
+int startDevice(DeviceManager& manager, const void* address) {
+    try {
+        return manager.Start(hostText(address)) == 0 ? KORVANE_STARTED : KORVANE_DEVICE_FAILED;
+    } catch (...) {
+        return KORVANE_DEVICE_FAILED;
+    }
+}
+
+int start(void* window, const void* address) {
+    Plugin& self = plugin();
+    self.hold.take();
+    self.started = true;
+    const int result = startDevice(self.manager, address);
+    // A panel that is there already shows another device, or none, from now on.
+    self.panel.refresh();
+    return self.panel.create(hostWindow(window)) ? result : KORVANE_NO_PANEL;
+}
+
+void stop() {
+    Plugin& self = plugin();
+    if (self.started) self.manager.Stop();
+    self.started = false;
+    self.panel.destroy();
+    if (ModalScope::depth() == 0) self.hold.release();
+}
+
+}  // namespace
+}  // namespace korvane
+
+// No exception may cross into the host, which is built with another compiler.
+
+int KORVANE_CALL cmmbStart(void* window, const KorvaneText* address) {
+    try {
+        return korvane::start(window, address);
+    } catch (...) {
+        return KORVANE_NO_PANEL;
+    }
+}
+
+void* KORVANE_CALL cmmbGetWnd() {
+    try {
+        return &korvane::plugin().panel.object();
+    } catch (...) {
+        static korvane::PanelWindowObject none;
+        return &none;
+    }
+}
+
+int KORVANE_CALL cmmbStop() {
+    try {
+        korvane::stop();
+    } catch (...) {
+        // Whatever is left is ended by the next start or by the process.
+        return 0;
+    }
+    return 0;
+}

@@ -1,0 +1,119 @@
+#include "ui/controls.h"
+
+#include <charconv>
+
+#include "ui/text.h"
+
+namespace korvane {
+
+std::string Control::text() const {
+    const int length = GetWindowTextLengthW(window_);
+    std::wstring wide(static_cast<std::size_t>(length) + 1, L'\0');
+    wide.resize(static_cast<std::size_t>(GetWindowTextW(window_, wide.data(), length + 1)));
+    return toUtf8(wide);
+}
+
+void Control::setText(std::string_view text) const {
+    SetWindowTextW(window_, toWide(text).c_str());
+}
+
+RECT Control::area() const {
+    RECT area{};
+    GetWindowRect(window_, &area);
+    MapWindowPoints(nullptr, GetParent(window_), reinterpret_cast<POINT*>(&area), 2);
+    return area;
+}
+
+void Control::place(const RECT& area) const {
+    SetWindowPos(window_, nullptr, area.left, area.top, area.right - area.left,
+                 area.bottom - area.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void Control::resumeDrawing() const {
+    send(WM_SETREDRAW, TRUE);
+    InvalidateRect(window_, nullptr, TRUE);
+}
+
+HBITMAP Static::setBitmap(HBITMAP bitmap) const {
+    return reinterpret_cast<HBITMAP>(
+        send(STM_SETIMAGE, IMAGE_BITMAP, reinterpret_cast<LPARAM>(bitmap)));
+}
+
+HBITMAP Static::bitmap() const {
+    return reinterpret_cast<HBITMAP>(send(STM_GETIMAGE, IMAGE_BITMAP));
+}
+
+std::optional<std::uint32_t> Edit::number() const {
+    const std::string digits = text();
+    std::uint32_t value = 0;
+    const char* end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, value);
+    if (error != std::errc{} || stop != end) return std::nullopt;
+    return value;
+}
+
+void ListBox::setItems(std::span<const std::string_view> items) const {
+    holdDrawing();
+    send(LB_RESETCONTENT);
+    for (const std::string_view item : items)
+        send(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(toWide(item).c_str()));
+    resumeDrawing();
+}
+
+void Combo::setItems(std::span<const std::string_view> items) const {
+    send(CB_RESETCONTENT);
+    for (const std::string_view item : items)
+        send(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(toWide(item).c_str()));
+}
+
+IpBox::Address IpBox::address() const {
+    DWORD packed = 0;
+    send(IPM_GETADDRESS, 0, reinterpret_cast<LPARAM>(&packed));
+    return {static_cast<std::uint8_t>(packed >> 24), static_cast<std::uint8_t>(packed >> 16),
+            static_cast<std::uint8_t>(packed >> 8), static_cast<std::uint8_t>(packed)};
+}
+
+void IpBox::setAddress(const Address& address) const {
+    send(IPM_SETADDRESS, 0, MAKEIPADDRESS(address[0], address[1], address[2], address[3]));
+}
+
+void Tab::append(std::string_view text) const {
+    std::wstring wide = toWide(text);
+    TCITEMW item{};
+    item.mask = TCIF_TEXT;
+    item.pszText = wide.data();
+    const auto count = static_cast<WPARAM>(send(TCM_GETITEMCOUNT));
+    send(TCM_INSERTITEMW, count, reinterpret_cast<LPARAM>(&item));
+}
+
+HTREEITEM Tree::append(HTREEITEM parent, std::string_view text) const {
+    std::wstring wide = toWide(text);
+    TVINSERTSTRUCTW place{};
+    place.hParent = parent ? parent : TVI_ROOT;
+    place.hInsertAfter = TVI_LAST;
+    place.item.mask = TVIF_TEXT;
+    place.item.pszText = wide.data();
+    return reinterpret_cast<HTREEITEM>(send(TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&place)));
+}
+
+std::string Tree::itemText(HTREEITEM item) const {
+    std::array<wchar_t, 512> buffer{};
+    TVITEMW request{};
+    request.mask = TVIF_TEXT | TVIF_HANDLE;
+    request.hItem = item;
+    request.pszText = buffer.data();
+    request.cchTextMax = static_cast<int>(buffer.size());
+    if (!send(TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&request))) return {};
+    return toUtf8(request.pszText);
+}
+
+void Tree::setItemText(HTREEITEM item, std::string_view text) const {
+    std::wstring wide = toWide(text);
+    TVITEMW change{};
+    change.mask = TVIF_TEXT | TVIF_HANDLE;
+    change.hItem = item;
+    change.pszText = wide.data();
+    send(TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&change));
+}
+
+}  // namespace korvane

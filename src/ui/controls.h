@@ -1,0 +1,137 @@
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <commctrl.h>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvane {
+
+// Values that stand for one control of a dialog and speak for it in the dialog's terms. They own
+// nothing and may be copied freely. Texts are UTF-8. On a control that does not exist every
+// operation does nothing.
+class Control {
+  public:
+    explicit Control(HWND window) : window_(window) {}
+
+    HWND window() const { return window_; }
+    std::string text() const;
+    void setText(std::string_view text) const;
+    void enable(bool enabled) const { EnableWindow(window_, enabled); }
+    void show(bool visible) const { ShowWindow(window_, visible ? SW_SHOW : SW_HIDE); }
+    void focus() const { SetFocus(window_); }
+    // In pixels of the parent's client area.
+    RECT area() const;
+    void place(const RECT& area) const;
+
+  protected:
+    LRESULT send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
+        return SendMessageW(window_, message, wParam, lParam);
+    }
+    // Between the two the control does not draw, so that a refill does not flicker.
+    void holdDrawing() const { send(WM_SETREDRAW, FALSE); }
+    void resumeDrawing() const;
+
+  private:
+    HWND window_;
+};
+
+class Static : public Control {
+  public:
+    using Control::Control;
+    // Gives back what was shown before; that stays the caller's.
+    HBITMAP setBitmap(HBITMAP bitmap) const;
+    HBITMAP bitmap() const;
+};
+
+class Button : public Control {
+  public:
+    using Control::Control;
+    // Of a check box or radio button.
+    bool checked() const { return send(BM_GETCHECK) == BST_CHECKED; }
+    void setChecked(bool checked) const {
+        send(BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED);
+    }
+};
+using CheckBox = Button;
+
+class Edit : public Control {
+  public:
+    using Control::Control;
+    // In characters of the system, as typed.
+    void limit(int characters) const { send(EM_SETLIMITTEXT, static_cast<WPARAM>(characters)); }
+    void selectAll() const { send(EM_SETSEL, 0, -1); }
+    void setNumber(std::uint32_t value) const { setText(std::to_string(value)); }
+    // The whole text as an unsigned decimal number, or nothing when it is none or above 32 bits.
+    std::optional<std::uint32_t> number() const;
+};
+
+class ListBox : public Control {
+  public:
+    using Control::Control;
+    void setItems(std::span<const std::string_view> items) const;
+    // Index of the selected item, or -1.
+    int selected() const { return static_cast<int>(send(LB_GETCURSEL)); }
+    void select(int index) const { send(LB_SETCURSEL, static_cast<WPARAM>(index)); }
+};
+
+// An unsorted drop-down list: the index of an item is the value it stands for.
+class Combo : public Control {
+  public:
+    using Control::Control;
+    void setItems(std::span<const std::string_view> items) const;
+    int count() const { return static_cast<int>(send(CB_GETCOUNT)); }
+    int selected() const { return static_cast<int>(send(CB_GETCURSEL)); }
+    // An index that there is no item for clears the selection.
+    void select(int index) const {
+        send(CB_SETCURSEL, static_cast<WPARAM>(index < count() ? index : -1));
+    }
+};
+
+class IpBox : public Control {
+  public:
+    using Control::Control;
+    using Address = std::array<std::uint8_t, 4>;  // first octet first
+    // Fields left blank count as 0.
+    Address address() const;
+    void setAddress(const Address& address) const;
+    void clear() const { send(IPM_CLEARADDRESS); }
+    bool blank() const { return send(IPM_ISBLANK) != FALSE; }
+};
+
+class Tab : public Control {
+  public:
+    using Control::Control;
+    void append(std::string_view text) const;
+    int selected() const { return static_cast<int>(send(TCM_GETCURSEL)); }
+    void select(int index) const { send(TCM_SETCURSEL, static_cast<WPARAM>(index)); }
+};
+
+class ProgressBar : public Control {
+  public:
+    using Control::Control;
+    void setRange(int low, int high) const { send(PBM_SETRANGE32, static_cast<WPARAM>(low), high); }
+    void setPosition(int position) const { send(PBM_SETPOS, static_cast<WPARAM>(position)); }
+    int position() const { return static_cast<int>(send(PBM_GETPOS)); }
+};
+
+class Tree : public Control {
+  public:
+    using Control::Control;
+    void clear() const { send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT)); }
+    // After the parent's last child; nullptr is the root.
+    HTREEITEM append(HTREEITEM parent, std::string_view text) const;
+    void expand(HTREEITEM item) const {
+        send(TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(item));
+    }
+    std::string itemText(HTREEITEM item) const;
+    void setItemText(HTREEITEM item, std::string_view text) const;
+};
+
+}  // namespace korvane

@@ -1,0 +1,182 @@
+#include "ui/dialog.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "ui/modal.h"
+#include "ui/module.h"
+#include "ui/text.h"
+
+namespace korvane {
+namespace {
+
+constexpr int screenDpi = 96;
+constexpr int initFailed = -1;
+
+void showFailure(HWND window, const char* reason) noexcept {
+    try {
+        const ModalScope scope;
+        const std::wstring text = L"操作未完成，程序内部错误:\n" + toWide(reason);
+        MessageBoxW(window, text.c_str(), L"", MB_OK | MB_ICONERROR);
+    } catch (...) {
+        // No memory left for a text of our own.
+        MessageBoxW(window, L"内存不足", L"", MB_OK | MB_ICONERROR);
+    }
+}
+
+// Called within a handler of exceptions; tells the operator what it was.
+void showCurrentException(HWND window) noexcept {
+    try {
+        throw;
+    } catch (const Interrupted&) {
+        return;
+    } catch (const std::exception& error) {
+        showFailure(window, error.what());
+    } catch (...) {
+        showFailure(window, "?");
+    }
+}
+
+}  // namespace
+
+bool isDialogWindow(HWND window) {
+    std::array<wchar_t, 16> name{};
+    GetClassNameW(window, name.data(), static_cast<int>(name.size()));
+    return std::wstring_view(name.data()) == L"#32770";
+}
+
+Dialog::~Dialog() {
+    if (!hwnd_) return;
+    // The derived part is gone already: its handlers must hear no more.
+    SetWindowLongPtrW(hwnd_, DWLP_USER, 0);
+    DestroyWindow(hwnd_);
+}
+
+bool Dialog::create(HWND parent) {
+    if (hwnd_) return false;
+    const ActivationScope activation;
+    modal_ = false;
+    CreateDialogParamW(moduleInstance(), MAKEINTRESOURCEW(resourceId_), parent, &procedure,
+                       reinterpret_cast<LPARAM>(this));
+    rethrowInitError();
+    return hwnd_ != nullptr;
+}
+
+int Dialog::showModal(HWND owner) {
+    if (hwnd_) return -1;
+    const ModalScope scope;
+    modal_ = true;
+    const INT_PTR result = DialogBoxParamW(moduleInstance(), MAKEINTRESOURCEW(resourceId_), owner,
+                                           &procedure, reinterpret_cast<LPARAM>(this));
+    rethrowInitError();
+    scope.check();
+    return static_cast<int>(result);
+}
+
+void Dialog::destroy() {
+    if (hwnd_) DestroyWindow(hwnd_);
+}
+
+void Dialog::show(bool visible) {
+    ShowWindow(hwnd_, visible ? SW_SHOW : SW_HIDE);
+}
+
+void Dialog::place(const RECT& area) {
+    SetWindowPos(hwnd_, nullptr, area.left, area.top, area.right - area.left,
+                 area.bottom - area.top, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
+}
+
+bool Dialog::onCommand(int id, int, HWND) {
+    if (!modal_ || (id != IDOK && id != IDCANCEL)) return false;
+    end(id);
+    return true;
+}
+
+std::optional<LRESULT> Dialog::onNotify(const NMHDR&) {
+    return std::nullopt;
+}
+void Dialog::onTimer(UINT_PTR) {}
+void Dialog::onSize(int, int) {}
+void Dialog::onDestroy() {}
+std::optional<INT_PTR> Dialog::onMessage(UINT, WPARAM, LPARAM) {
+    return std::nullopt;
+}
+
+void Dialog::end(int result) {
+    if (hwnd_) EndDialog(hwnd_, result);
+}
+
+int Dialog::scaled(int pixels) const {
+    HDC screen = GetDC(hwnd_);
+    const int dpi = GetDeviceCaps(screen, LOGPIXELSX);
+    ReleaseDC(hwnd_, screen);
+    return MulDiv(pixels, dpi, screenDpi);
+}
+
+// After a handler has run, the dialog object must not be touched: it may have gone meanwhile.
+INT_PTR CALLBACK Dialog::procedure(HWND window, UINT message, WPARAM wParam,
+                                   LPARAM lParam) noexcept {
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrW(window, DWLP_USER, lParam);
+        return reinterpret_cast<Dialog*>(lParam)->initialise(window);
+    }
+    auto* self = reinterpret_cast<Dialog*>(GetWindowLongPtrW(window, DWLP_USER));
+    if (!self) return FALSE;
+    if (message == WM_NCDESTROY) {
+        SetWindowLongPtrW(window, DWLP_USER, 0);
+        self->hwnd_ = nullptr;
+        return FALSE;
+    }
+    try {
+        return self->handle(message, wParam, lParam);
+    } catch (...) {
+        showCurrentException(IsWindow(window) ? window : nullptr);
+        return FALSE;
+    }
+}
+
+INT_PTR Dialog::initialise(HWND window) noexcept {
+    hwnd_ = window;
+    try {
+        return onInit() ? TRUE : FALSE;
+    } catch (...) {
+        initError_ = std::current_exception();
+    }
+    if (modal_)
+        EndDialog(window, initFailed);
+    else
+        DestroyWindow(window);
+    return FALSE;
+}
+
+void Dialog::rethrowInitError() {
+    if (initError_) std::rethrow_exception(std::exchange(initError_, nullptr));
+}
+
+INT_PTR Dialog::handle(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_COMMAND:
+            return onCommand(LOWORD(wParam), HIWORD(wParam), reinterpret_cast<HWND>(lParam));
+        case WM_NOTIFY: {
+            const HWND window = hwnd_;
+            const auto result = onNotify(*reinterpret_cast<const NMHDR*>(lParam));
+            if (result) SetWindowLongPtrW(window, DWLP_MSGRESULT, *result);
+            return result.has_value();
+        }
+        case WM_TIMER:
+            onTimer(wParam);
+            return TRUE;
+        case WM_SIZE:
+            onSize(LOWORD(lParam), HIWORD(lParam));
+            return TRUE;
+        case WM_DESTROY:
+            onDestroy();
+            return TRUE;
+        default:
+            return onMessage(message, wParam, lParam).value_or(FALSE);
+    }
+}
+
+}  // namespace korvane

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "ui/controls.h"
+
+namespace korvane {
+
+// A list view in report form that selects whole rows.
+class ListView : public Control {
+  public:
+    using Control::Control;
+    using Row = std::vector<std::string>;
+
+    enum class Marks { None, CheckBoxes };
+
+    struct Column {
+        std::string_view title;
+        int width;  // pixels
+    };
+
+    // Once, before any rows.
+    void setUp(std::span<const Column> columns, Marks marks = Marks::None) const;
+
+    // Replaces all rows. Rows that were selected stay selected by their index, and the list stays
+    // scrolled where it was as far as there still are rows.
+    void setRows(std::span<const Row> rows) const;
+
+    int count() const { return static_cast<int>(send(LVM_GETITEMCOUNT)); }
+    std::string cell(int row, int column) const;
+    // The first selected row, or -1.
+    int selected() const { return next(-1, LVNI_SELECTED); }
+    std::vector<int> allSelected() const;
+    // Makes one row the selected and focused one and brings it into view; -1 selects none.
+    void select(int row) const;
+    bool checked(int row) const;
+    void setChecked(int row, bool checked) const;
+
+  private:
+    int next(int after, UINT which) const {
+        return static_cast<int>(send(LVM_GETNEXTITEM, static_cast<WPARAM>(after), which));
+    }
+    void setState(int row, UINT state, UINT mask) const;
+    void setCell(int row, int column, std::string_view text) const;
+    void resize(int rowCount) const;
+};
+
+}  // namespace korvane

@@ -1,0 +1,45 @@
+#include "ui/text.h"
+
+#include <windows.h>
+
+namespace korvane {
+namespace {
+
+constexpr UINT gbkCodePage = 936;
+
+std::wstring decode(UINT codePage, std::string_view text) {
+    const int size = static_cast<int>(text.size());
+    const int length = MultiByteToWideChar(codePage, 0, text.data(), size, nullptr, 0);
+    std::wstring wide(static_cast<std::size_t>(length), L'\0');
+    MultiByteToWideChar(codePage, 0, text.data(), size, wide.data(), length);
+    return wide;
+}
+
+std::string encode(UINT codePage, std::wstring_view text) {
+    const int size = static_cast<int>(text.size());
+    const int length =
+        WideCharToMultiByte(codePage, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
+    std::string bytes(static_cast<std::size_t>(length), '\0');
+    WideCharToMultiByte(codePage, 0, text.data(), size, bytes.data(), length, nullptr, nullptr);
+    return bytes;
+}
+
+}  // namespace
+
+std::wstring toWide(std::string_view utf8) {
+    return decode(CP_UTF8, utf8);
+}
+std::string toUtf8(std::wstring_view wide) {
+    return encode(CP_UTF8, wide);
+}
+std::string gbkToUtf8(std::string_view gbk) {
+    return toUtf8(decode(gbkCodePage, gbk));
+}
+std::string utf8ToGbk(std::string_view utf8) {
+    return encode(gbkCodePage, toWide(utf8));
+}
+std::string systemToUtf8(std::string_view narrow) {
+    return toUtf8(decode(CP_ACP, narrow));
+}
+
+}  // namespace korvane

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace korvane {
+
+// Texts of the logic are UTF-8, those of windows UTF-16, those inside records GBK (code page 936).
+// What has no counterpart becomes the replacement character, in GBK '?'; nothing throws but for
+// lack of memory.
+std::wstring toWide(std::string_view utf8);
+std::string toUtf8(std::wstring_view wide);
+std::string gbkToUtf8(std::string_view gbk);
+std::string utf8ToGbk(std::string_view utf8);
+
+// From the code page of this system, which a host's narrow texts are written in.
+std::string systemToUtf8(std::string_view narrow);
+
+}  // namespace korvane

@@ -1,0 +1,150 @@
+#include "korvane/plugin.h"
+
+#include <bit>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/robot.h"
+#include "shell/test_host.h"
+
+namespace korvane {
+namespace {
+
+using host::Robot;
+using host::RobotThread;
+
+std::filesystem::path testDirectory() {
+    std::wstring path(32768, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    return std::filesystem::path(path).parent_path();
+}
+
+// The library stands at the top of the build folder, the tests two folders below it.
+std::filesystem::path libraryPath() {
+    return testDirectory() / ".." / ".." / "Korvane.dll";
+}
+
+// A host may be built with the same compiler, and its runtime shared.
+class SharedRuntime : public testing::Environment {
+  public:
+    void SetUp() override {
+        runtime_ = LoadLibraryW((testDirectory() / "libgcc_s_dw2-1.dll").c_str());
+        ASSERT_TRUE(runtime_) << GetLastError();
+    }
+    void TearDown() override { FreeLibrary(runtime_); }
+
+  private:
+    HMODULE runtime_ = nullptr;
+};
+const auto* const sharedRuntime = testing::AddGlobalTestEnvironment(new SharedRuntime);
+
+class PluginTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        library_ = LoadLibraryW(libraryPath().c_str());
+        ASSERT_TRUE(library_) << GetLastError();
+        start_ = find<KorvaneStart>("cmmbStart");
+        getWnd_ = find<KorvaneGetWnd>("cmmbGetWnd");
+        stop_ = find<KorvaneStop>("cmmbStop");
+        parent_.window = host_.window();
+    }
+    void TearDown() override {
+        if (!library_) return;
+        EXPECT_EQ(stop_(), 0);
+        FreeLibrary(library_);
+        EXPECT_FALSE(GetModuleHandleW(L"Korvane.dll")) << "nothing holds it any more";
+    }
+
+    template <class Function>
+    Function find(const char* name) const {
+        return std::bit_cast<Function>(GetProcAddress(library_, name));
+    }
+    HWND panel() const {
+        return *reinterpret_cast<HWND*>(static_cast<char*>(getWnd_()) + KORVANE_HANDLE_OFFSET);
+    }
+
+    struct WindowObject {
+        std::byte base[KORVANE_HANDLE_OFFSET] = {};
+        HWND window = nullptr;
+    };
+
+    test::TestHost host_;
+    HMODULE library_ = nullptr;
+    KorvaneStart start_ = nullptr;
+    KorvaneGetWnd getWnd_ = nullptr;
+    KorvaneStop stop_ = nullptr;
+    WindowObject parent_;
+    // A loopback address that no device listens on.
+    KorvaneText address_{"127.0.0.254"};
+};
+
+TEST_F(PluginTest, ExportsItsThreeFunctionsAndNothingElse) {
+    const auto* image = reinterpret_cast<const char*>(library_);
+    const auto& dos = *reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
+    const auto& headers = *reinterpret_cast<const IMAGE_NT_HEADERS*>(image + dos.e_lfanew);
+    const auto& entry = headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT];
+    const auto& exports =
+        *reinterpret_cast<const IMAGE_EXPORT_DIRECTORY*>(image + entry.VirtualAddress);
+    const auto* names = reinterpret_cast<const DWORD*>(image + exports.AddressOfNames);
+    std::vector<std::string> found;
+    for (DWORD i = 0; i < exports.NumberOfNames; ++i) found.emplace_back(image + names[i]);
+    EXPECT_EQ(exports.NumberOfFunctions, 3u);
+    EXPECT_THAT(found, testing::ElementsAre("cmmbGetWnd", "cmmbStart", "cmmbStop"));
+}
+
+TEST_F(PluginTest, StartsOnceAndStopsAsOftenAsAsked) {
+    EXPECT_EQ(panel(), nullptr) << "the object is there before its window";
+    EXPECT_EQ(start_(&parent_, &address_), KORVANE_STARTED);
+    const HWND first = panel();
+    EXPECT_EQ(GetParent(first), host_.window());
+    EXPECT_TRUE(IsWindowVisible(first));
+    EXPECT_EQ(start_(&parent_, &address_), KORVANE_NO_PANEL);
+    EXPECT_EQ(panel(), first);
+    EXPECT_EQ(stop_(), 0);
+    EXPECT_FALSE(IsWindow(first));
+    EXPECT_EQ(panel(), nullptr);
+    EXPECT_EQ(stop_(), 0);
+    EXPECT_EQ(start_(host_.window(), &address_), KORVANE_STARTED) << "with a plain handle";
+}
+
+TEST_F(PluginTest, NoWindowMeansNoPanel) {
+    for (const std::uintptr_t bad : {std::uintptr_t{0}, std::uintptr_t{16}, ~std::uintptr_t{15}}) {
+        EXPECT_EQ(start_(reinterpret_cast<void*>(bad), &address_), KORVANE_NO_PANEL);
+        EXPECT_EQ(panel(), nullptr);
+    }
+}
+
+TEST_F(PluginTest, AnAddressThatIsNoneStillStarts) {
+    const KorvaneText words{"no address"};
+    for (const KorvaneText* text : {&words, static_cast<const KorvaneText*>(nullptr)}) {
+        EXPECT_EQ(start_(&parent_, text), KORVANE_STARTED);
+        EXPECT_EQ(stop_(), 0);
+    }
+}
+
+// Freed too early, the library stays while its threads run.
+TEST_F(PluginTest, StaysLoadedUntilItIsStopped) {
+    ASSERT_EQ(start_(&parent_, &address_), KORVANE_STARTED);
+    FreeLibrary(library_);
+    EXPECT_EQ(GetModuleHandleW(L"Korvane.dll"), library_);
+    ASSERT_EQ(LoadLibraryW(libraryPath().c_str()), library_);
+}
+
+// Stopped from within a loop of its own, a waiting command is left by an exception: that it finds
+// its way in a process that holds another copy of the compiler's runtime is seen here, too.
+TEST_F(PluginTest, CanBeStoppedWhileItAsks) {
+    ASSERT_EQ(start_(&parent_, &address_), KORVANE_STARTED);
+    RobotThread([this](Robot& r) {
+        constexpr int rebootButton = 27;
+        r.click(panel(), rebootButton);
+        const HWND question = r.waitBox("确认要重启设备吗?");
+        host_.run([this] { stop_(); });
+        r.waitGone(question);
+        r.waitFor("the host to be usable", [&] { return IsWindowEnabled(host_.window()); });
+    }).finish();
+    EXPECT_EQ(panel(), nullptr);
+}
+
+}  // namespace
+}  // namespace korvane
