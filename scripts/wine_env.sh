@@ -7,8 +7,10 @@ export LC_ALL=zh_CN.UTF-8  # Chinese texts on the system's own buttons, code pag
 
 make_wine_prefix() {
     mkdir -p "$(dirname "$WINEPREFIX")"
-    local marker="$WINEPREFIX/korvane-ready"
-    [ -e "$marker" ] && return
+    # The prefix holds what this file asks for; made by another version of it, it is made anew.
+    local marker="$WINEPREFIX/korvane-ready" version
+    version=$(cksum <"$root/scripts/wine_env.sh")
+    [ "$(cat "$marker" 2>/dev/null)" != "$version" ] || return 0
     rm -rf "$WINEPREFIX"
     wineboot -i </dev/null >/dev/null 2>&1 || true
     local settings
@@ -27,7 +29,7 @@ make_wine_prefix() {
     rm -f "$settings"
     wineserver -w
     [ -e "$WINEPREFIX/system.reg" ] || { echo "wine: the prefix $WINEPREFIX could not be made" >&2; return 1; }
-    touch "$marker"
+    echo "$version" >"$marker"
 }
 
 (
