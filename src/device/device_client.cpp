@@ -38,7 +38,7 @@ DeviceClient::DeviceClient(DeviceLink& link)
       response_(std::make_unique<std::uint8_t[]>(wire::bufferSize)) {}
 
 int DeviceClient::Start(const std::string& address) {
-    const std::lock_guard guard(lock_);
+    const std::lock_guard guard(*lock_.load());
     attempts = defaultAttempts;
     SetTimeout(0, Timeout::Defaults);
     open_ = link_.open();
@@ -50,7 +50,7 @@ int DeviceClient::Start(const std::string& address) {
 
 int DeviceClient::Stop() {
     link_.cancel();
-    const std::lock_guard guard(lock_);
+    const std::lock_guard guard(*lock_.load());
     link_.close();
     open_ = false;
     return 0;
@@ -73,7 +73,7 @@ void DeviceClient::SetTimeout(std::uint32_t value, Timeout which) {
 
 int DeviceClient::Exchange(std::uint32_t code, std::span<const std::uint8_t> request,
                            std::span<std::uint8_t> response) {
-    const std::lock_guard guard(lock_);
+    const std::lock_guard guard(*lock_.load());
     if (!open_) return sendFailed;
     const std::size_t length = buildRequest(code, request);
     if (length == 0) return sendFailed;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -31,12 +32,18 @@ inline constexpr int unreachable = -8;  // and the device does not answer ICMP e
 class DeviceClient {
   public:
     explicit DeviceClient(DeviceLink& link);
+    ~DeviceClient() { delete lock_.load(); }
+    DeviceClient(const DeviceClient&) = delete;
+    DeviceClient& operator=(const DeviceClient&) = delete;
 
     // Opens the link to the dotted `address`. An unusable address starts as well: its exchanges
     // fail. 0 or openFailed.
     int Start(const std::string& address);
     // Ends an exchange under way and closes the link. Always 0.
     int Stop();
+    // After a thread was ended by force, perhaps amid an exchange: leaves the lock that it may hold
+    // where it is, for good, and takes a new one from now on.
+    void forgetLock() { lock_ = new std::recursive_mutex; }
 
     // Sends `request` under `code` and waits for the answer; a failed transfer is tried again while
     // attempts are left, after one ICMP check. On success the answer's payload stands at the start
@@ -131,7 +138,8 @@ class DeviceClient {
     int fetchBlock(CommandCode code, ConfigImage& image);
 
     DeviceLink& link_;
-    std::recursive_mutex lock_;  // held for a whole exchange; status commands hold it around theirs
+    // Held for a whole exchange; the status commands hold it around theirs.
+    std::atomic<std::recursive_mutex*> lock_ = new std::recursive_mutex;
     bool open_ = false;
     std::uint32_t address_ = 0;  // network byte order
     std::string addressText_;

@@ -23,6 +23,11 @@ void StatusPoller::join() {
     if (thread_.joinable()) thread_.join();
 }
 
+void StatusPoller::endByForce(Force force) {
+    force(thread_);
+    ended_ = true;
+}
+
 void StatusPoller::run() {
     while (!stopFlag_) {
         pollOnce();

@@ -26,6 +26,11 @@ class StatusPoller {
     // Waits for the thread's end, which must have been asked for.
     void join();
 
+    // The system's way to end a thread wherever it is; it leaves the thread object not joinable.
+    using Force = void (*)(std::thread&);
+    // For a thread that does not go. What it held stays held for ever.
+    void endByForce(Force force);
+
     // One poll: heartbeat, summary, status image. Stops at the first command that fails.
     void pollOnce();
 

@@ -1,11 +1,30 @@
 #include "shell/device_manager.h"
 
+#include <chrono>
+
 #include "device/transfer_sequences.h"
 
 namespace korvane {
+namespace {
 
-DeviceManager::DeviceManager(DeviceLink& link, std::filesystem::path cacheDirectory)
-    : link_(link), client_(link), poller_(client_, link, status_), worker_(link) {
+// Looks every 10 ms for a second. Whether the condition came true.
+template <class Condition>
+bool waitUntil(Condition condition) {
+    using namespace std::chrono_literals;
+    constexpr auto patience = 1000ms;
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= deadline) return false;
+        std::this_thread::sleep_for(10ms);
+    }
+    return true;
+}
+
+}  // namespace
+
+DeviceManager::DeviceManager(DeviceLink& link, std::filesystem::path cacheDirectory,
+                             StatusPoller::Force force)
+    : link_(link), force_(force), client_(link), poller_(client_, link, status_), worker_(link) {
     model_.setCacheDirectory(std::move(cacheDirectory));
 }
 
@@ -34,12 +53,15 @@ int DeviceManager::Stop() {
 
 // Asks first: the poller goes within 100 ms, and an upgrade still tells the device that no more
 // pieces come. Whoever has not gone within a second waits for the device, and ends with its link.
+// A poller that is still there then hangs in the system, and is ended by force.
 void DeviceManager::endThreads() {
-    constexpr std::uint32_t patienceMs = 1000, stepMs = 10;
     poller_.requestStop();
-    const auto allGone = [this] { return poller_.ended() && !upgradeInProgress_; };
-    for (std::uint32_t waited = 0; waited < patienceMs && !allGone(); waited += stepMs)
-        link_.sleep(stepMs);
+    waitUntil([this] { return poller_.ended() && !upgradeInProgress_; });
+    link_.cancel();
+    if (force_ && !waitUntil([this] { return poller_.ended(); })) {
+        poller_.endByForce(force_);
+        client_.forgetLock();
+    }
     client_.Stop();
     poller_.join();
     worker_.join();

@@ -21,8 +21,10 @@ namespace korvane {
 class DeviceManager {
   public:
     // `link` reaches the device and outlives this object; `cacheDirectory` takes the file in which
-    // the last configuration of each device is kept.
-    DeviceManager(DeviceLink& link, std::filesystem::path cacheDirectory);
+    // the last configuration of each device is kept. Without `force`, Stop waits for a poller that
+    // hangs in the system.
+    DeviceManager(DeviceLink& link, std::filesystem::path cacheDirectory,
+                  StatusPoller::Force force = nullptr);
     ~DeviceManager();
 
     // 0, or -1 when no socket could be opened: then no configuration is loaded and nothing polls.
@@ -55,6 +57,7 @@ class DeviceManager {
     void endThreads();
 
     DeviceLink& link_;
+    StatusPoller::Force force_;
     ConfigModel model_;
     DeviceClient client_;
     StatusCache status_;

@@ -1,8 +1,10 @@
 #include <windows.h>
+#include <pthread.h>
 
 #include <cstddef>
 #include <filesystem>
 #include <new>
+#include <thread>
 
 #include "device/ping_host.h"
 #include "device/udp_link.h"
@@ -20,6 +22,12 @@ bool ping(const std::string& host) {
     constexpr std::uint32_t timeoutMs = 150, dataSize = 32;
     PingReply reply{};
     return PingHost(host, reply, timeToLive, timeoutMs, dataSize);
+}
+
+// With exit code 1.
+void endByForce(std::thread& thread) {
+    TerminateThread(pthread_gethandle(thread.native_handle()), 1);
+    thread.detach();
 }
 
 std::filesystem::path hostDirectory() {
@@ -51,7 +59,7 @@ class LibraryHold {
 
 struct Plugin {
     UdpDeviceLink link{&ping};
-    DeviceManager manager{link, hostDirectory()};
+    DeviceManager manager{link, hostDirectory(), &endByForce};
     MainPanel panel{manager};
     LibraryHold hold;
     bool started = false;

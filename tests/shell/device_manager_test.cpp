@@ -1,9 +1,11 @@
 #include "shell/device_manager.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <mutex>
+#include <thread>
 
 #include "device/udp_link.h"
 #include "simulator/simulated_device.h"
@@ -163,6 +165,37 @@ TEST(ManagerWithSilentDevice, StopEndsAPollAndASaveUnderWay) {
         EXPECT_EQ(manager.client().RebootDevice(), -1);
     }
     EXPECT_EQ(sink->timesTold(), 1);
+}
+
+// A poller that hangs in the system while it holds the client's lock, until it is ended by force.
+class StuckLink : public HangingLink {
+  public:
+    int receive(void*, std::size_t, std::uint32_t&, std::uint32_t timeoutMs) override {
+        if (timeoutMs == 0 || released) return -1;
+        stuck = true;
+        while (!released) std::this_thread::yield();
+        return -1;
+    }
+    inline static std::atomic<bool> stuck, released;
+};
+
+TEST(ManagerWithHangingPoller, StopEndsItByForceAndTheNextStartWorks) {
+    test::ScratchDirectory scratch;
+    StuckLink link;
+    static int forced;
+    forced = 0;
+    DeviceManager manager(link, scratch.path(), [](std::thread& thread) {
+        ++forced;
+        StuckLink::released = true;  // what ending it does for this test
+        thread.join();
+    });
+    ASSERT_EQ(manager.Start("10.1.2.3"), 0);
+    while (!StuckLink::stuck) std::this_thread::yield();
+    EXPECT_EQ(manager.Stop(), 0);
+    EXPECT_EQ(forced, 1);
+    EXPECT_EQ(manager.Start("10.1.2.3"), 0);
+    EXPECT_EQ(manager.Stop(), 0);
+    EXPECT_EQ(forced, 1);
 }
 
 // The link over real sockets, and a save that Stop cuts off: nothing may be left that still uses
