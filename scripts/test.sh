@@ -43,7 +43,7 @@ run_suites() {
     bad=$(sed -nE 's/.*\[  FAILED  \] ([0-9]+) tests?, listed below.*/\1/p' "$log" | total)
     # A program that crashed or hung has no closing line of its own.
     [ "$status" -eq 0 ] || [ "$bad" -gt 0 ] || bad=1
-    if [ "$bad" -gt 0 ]; then grep -aE 'FAILED|Failure|ERROR: |SUMMARY: |\*\*\*' "$log" | head -60; fi
+    if [ "$bad" -gt 0 ]; then grep -aE '\[  FAILED  \]|: Failure|ERROR: |SUMMARY: |\*\*\*' "$log" | head -60; fi
     [ "$good" -gt 0 ] || bad=$(($bad + 1))
     count "$preset" "$good" "$bad"
 }

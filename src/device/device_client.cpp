@@ -32,6 +32,7 @@ bool cutRecordList(std::uint8_t* payload, std::uint32_t length) {
 
 DeviceClient::DeviceClient(DeviceLink& link)
     : link_(link),
+      lock_(&locks_.emplace_back()),
       sendTimeoutMs_(defaultSendTimeoutMs),
       receiveTimeoutMs_(defaultReceiveTimeoutMs),
       request_(std::make_unique<std::uint8_t[]>(wire::bufferSize)),
@@ -54,6 +55,10 @@ int DeviceClient::Stop() {
     link_.close();
     open_ = false;
     return 0;
+}
+
+void DeviceClient::forgetLock() {
+    lock_ = &locks_.emplace_back();
 }
 
 void DeviceClient::SetTimeout(std::uint32_t value, Timeout which) {

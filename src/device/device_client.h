@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <list>
 #include <memory>
 #include <mutex>
 #include <span>
@@ -32,9 +33,6 @@ inline constexpr int unreachable = -8;  // and the device does not answer ICMP e
 class DeviceClient {
   public:
     explicit DeviceClient(DeviceLink& link);
-    ~DeviceClient() { delete lock_.load(); }
-    DeviceClient(const DeviceClient&) = delete;
-    DeviceClient& operator=(const DeviceClient&) = delete;
 
     // Opens the link to the dotted `address`. An unusable address starts as well: its exchanges
     // fail. 0 or openFailed.
@@ -43,7 +41,7 @@ class DeviceClient {
     int Stop();
     // After a thread was ended by force, perhaps amid an exchange: leaves the lock that it may hold
     // where it is, for good, and takes a new one from now on.
-    void forgetLock() { lock_ = new std::recursive_mutex; }
+    void forgetLock();
 
     // Sends `request` under `code` and waits for the answer; a failed transfer is tried again while
     // attempts are left, after one ICMP check. On success the answer's payload stands at the start
@@ -138,8 +136,10 @@ class DeviceClient {
     int fetchBlock(CommandCode code, ConfigImage& image);
 
     DeviceLink& link_;
-    // Held for a whole exchange; the status commands hold it around theirs.
-    std::atomic<std::recursive_mutex*> lock_ = new std::recursive_mutex;
+    // Held for a whole exchange; the status commands hold it around theirs. The last of locks_,
+    // of which the others were forgotten.
+    std::list<std::recursive_mutex> locks_;
+    std::atomic<std::recursive_mutex*> lock_;
     bool open_ = false;
     std::uint32_t address_ = 0;  // network byte order
     std::string addressText_;
