@@ -25,6 +25,8 @@ make_wine_prefix() {
         # A program that crashes ends; nobody is there to press a button.
         printf '\n[HKEY_CURRENT_USER\\Software\\Wine\\WineDbg]\n"ShowCrashDialog"=dword:00000000\n'
     } >"$settings"
+    # Wine's own signs on its caption buttons and menus, which it looks for beside its other data.
+    cp /usr/share/wine/fonts/marlett.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
     wine regedit /S "$settings" </dev/null >/dev/null 2>&1
     rm -f "$settings"
     wineserver -w
