@@ -5,6 +5,7 @@
 #include <commctrl.h>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <set>
 
 #include "host_ids.h"
@@ -30,8 +31,14 @@ enum Control : int {
     importFile = 32,
     about = 33,
     tableList = 1000,
+    structureTree = 1035,
+    refreshToggle = 1037,
+    monitorTabs = 1042,
+    barChart = 1044,
     progressBar = 1082,
     progressText = 1086,
+    serviceList = 1106,
+    timeOfDay = 1122,
     deviceVersion = 1125,
 };
 
@@ -214,7 +221,6 @@ struct PageVisit {
     int button;
     const char* picture;
 };
-constexpr PageVisit monitorVisit = {showMonitor, "1076-monitoring"};
 constexpr PageVisit systemVisit = {showSystem, "1018-system"};
 constexpr PageVisit channelVisit = {showInputChannels, "1003-input-channels"};
 
@@ -238,9 +244,90 @@ void visit(Tour& tour, const PageVisit& visit, bool same = false) {
 void visitInputChannels(Tour& tour) {
     visit(tour, channelVisit, true);
 }
-void visitMonitor(Tour& tour) {
-    visit(tour, monitorVisit);
+
+// Waits until the control looks different: what it shows is alive.
+void waitMovement(Tour& tour, HWND control) {
+    const Robot& robot = tour.robot();
+    const std::filesystem::path file = tour.file("control-now.png");
+    robot.savePicture(control, file);
+    const std::vector<char> first = contents(file);
+    robot.waitFor("waited for the view to move", [&] {
+        robot.savePicture(control, file);
+        return contents(file) != first;
+    });
+    std::filesystem::remove(file);
 }
+
+void toggleRefreshing(Tour& tour, HWND page, const char* newText) {
+    const Robot& robot = tour.robot();
+    HWND button = robot.waitControl(page, refreshToggle);
+    robot.click(page, refreshToggle);
+    robot.waitFor("waited for the button to say " + inQuotes(newText),
+                  [&] { return robot.text(button) == newText; });
+    tour.note(inQuotes(newText));
+}
+
+// Only a tree that stands still can be read: each refresh makes its items anew.
+void countTreeLines(Tour& tour, HWND page) {
+    const Robot& robot = tour.robot();
+    toggleRefreshing(tour, page, "启动刷新");
+    const std::size_t count = robot.treeRows(robot.waitControl(page, structureTree)).size();
+    tour.expect(count > 4, "no frames in the tree");
+    tour.note(std::to_string(count) + " lines");
+    toggleRefreshing(tour, page, "停止刷新");
+}
+
+void countServices(Tour& tour, HWND page) {
+    const Robot& robot = tour.robot();
+    const std::size_t count = robot.listRows(robot.waitControl(page, serviceList)).size();
+    tour.expect(count > 0, "no services in the list");
+    tour.note(std::to_string(count) + " services");
+}
+
+void lookAtChart(Tour& tour, HWND page) {
+    const Robot& robot = tour.robot();
+    tour.note(robot.text(robot.waitControl(page, barChart)));
+}
+
+struct View {
+    const char* title;
+    const char* picture;
+    int control;
+    void (*look)(Tour&, HWND page);
+};
+constexpr std::array<View, 3> views = {{
+    {"复用帧结构", "1076-monitoring-1084-frame-structure", structureTree, countTreeLines},
+    {"业务列表", "1076-monitoring-1080-service-list", serviceList, countServices},
+    {"图形化监控", "1076-monitoring-1089-graphic-monitor", barChart, lookAtChart},
+}};
+
+void visitMonitor(Tour& tour) {
+    const Robot& robot = tour.robot();
+    HWND panel = showPage(tour, showMonitor);
+    HWND tab = robot.waitControl(panel, monitorTabs);
+    tour.expect(std::ranges::equal(robot.tabTitles(tab), views, {}, {}, &View::title),
+                "other tabs are there");
+    for (std::size_t i = 0; i < views.size(); ++i) {
+        const View& view = views[i];
+        robot.selectTab(tab, static_cast<int>(i));
+        tour.note(inQuotes(view.title));
+        HWND page = tour.visiblePage(panel);
+        waitMovement(tour, robot.waitControl(page, view.control));
+        tour.picture(tour.host(), view.picture);
+        view.look(tour, page);
+    }
+    HWND line = robot.waitControl(panel, timeOfDay);
+    const std::string time =
+        robot
+            .waitFor("waited for the device's time of day",
+                     [&] {
+                         const std::string text = robot.text(line);
+                         return text.starts_with("TOD: ") ? std::optional(text) : std::nullopt;
+                     })
+            .value();
+    tour.note(inQuotes(time));
+}
+
 void visitSystem(Tour& tour) {
     visit(tour, systemVisit);
 }

@@ -137,7 +137,7 @@ prepare_wine() {
     # shellcheck source=scripts/wine_env.sh
     . "$root/scripts/wine_env.sh"
     # Services of an earlier run may hang on to a display that is gone.
-    timeout 20 wineserver -w 2>/dev/null || true
+    timeout 5 wineserver -w 2>/dev/null || true
     set_managed "$1"
 }
 

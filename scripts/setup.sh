@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what building, testing and running Korvane on Debian or Ubuntu needs.
+# Installs what building, testing and running Korvane on Debian 12 needs.
 # Does nothing, and needs no rights, when everything is there already.
 set -euo pipefail
 

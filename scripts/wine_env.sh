@@ -22,8 +22,8 @@ make_wine_prefix() {
         done
         # Without a window manager a managed window waits two seconds for an answer at each close.
         printf '\n[HKEY_CURRENT_USER\\Software\\Wine\\X11 Driver]\n"Managed"="N"\n'
-        # A program that crashes ends; nobody is there to press a button.
-        printf '\n[HKEY_CURRENT_USER\\Software\\Wine\\WineDbg]\n"ShowCrashDialog"=dword:00000000\n'
+        # A program that crashes ends with its error code: no debugger, and no box that waits.
+        printf '\n[HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows NT\\CurrentVersion\\AeDebug]\n"Debugger"="cmd /c exit %%ld %%ld"\n'
     } >"$settings"
     # Wine's own signs on its caption buttons and menus, which it looks for beside its other data.
     cp /usr/share/wine/fonts/marlett.ttf "$WINEPREFIX/drive_c/windows/Fonts/"

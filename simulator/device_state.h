@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "device/command_table.h"
 #include "model/config_image.h"
 #include "model/records.h"
 #include "simulator/datagram.h"
@@ -15,7 +16,8 @@ namespace korvane {
 struct DeviceConfiguration {
     static constexpr std::size_t channelListSize =
         1 + limits::inputChannels * sizeof(InputChannelRecord);
-    static constexpr std::size_t block2002Size = 974;
+    static constexpr std::size_t block2002Size =
+        commandOf(CommandCode::SetImageBlock2002).requestSize;
 
     ConfigImage image{};
     ServiceDescriptionImage descriptions{};

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "model/capacity.h"
+
 namespace korvane {
 
 namespace {
@@ -13,19 +15,6 @@ constexpr double usualLevel = 0.9;
 constexpr std::uint8_t dataInputAlarm = 3;
 constexpr std::uint8_t esgService = 3;
 constexpr std::size_t videoSection = 0, audioSection = 1, dataSection = 2;
-
-// Payload of one multiplex frame, which lasts a second, in bytes: bits of a symbol x RS k x 72 x
-// LDPC rate for every time slot. Parameters that do not exist give 0.
-std::uint32_t capacityOf(const MultiplexFrame& frame) {
-    constexpr std::array<std::uint32_t, 3> bitsOfSymbol = {1, 2, 4};
-    constexpr std::array<std::uint32_t, 4> reedSolomonK = {240, 224, 192, 176};
-    constexpr std::array<std::uint32_t, 2> ldpcQuarters = {2, 3};
-    if (frame.modulation >= bitsOfSymbol.size() || frame.rsRate >= reedSolomonK.size() ||
-        frame.ldpcRate >= ldpcQuarters.size())
-        return 0;
-    return bitsOfSymbol[frame.modulation] * reedSolomonK[frame.rsRate] * 18 *
-           ldpcQuarters[frame.ldpcRate] * static_cast<std::uint32_t>(frame.timeSlots.size());
-}
 
 std::size_t sectionOf(std::uint8_t channelType) {
     switch (static_cast<ChannelType>(channelType)) {
@@ -90,7 +79,7 @@ void StatusGenerator::configure(const ConfigTables& tables, std::uint64_t nowMs)
 void StatusGenerator::addTable(const MultiplexTable& table, TableKind kind) {
     for (const MultiplexFrame& source : table.frames) {
         if (frames_.size() == limits::frames) return;
-        Frame frame{source.id, capacityOf(source), {}, {}};
+        Frame frame{source.id, static_cast<std::uint32_t>(frameCapacity(source)), {}, {}};
         frame.timeSlots.assign(source.timeSlots.begin(), source.timeSlots.end());
         const double share = shareOf(source, frame.capacity);
         const bool isControlFrame = kind == TableKind::Continuous && source.id == 0;

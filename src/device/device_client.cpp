@@ -32,14 +32,13 @@ bool cutRecordList(std::uint8_t* payload, std::uint32_t length) {
 
 DeviceClient::DeviceClient(DeviceLink& link)
     : link_(link),
-      lock_(&locks_.emplace_back()),
       sendTimeoutMs_(defaultSendTimeoutMs),
       receiveTimeoutMs_(defaultReceiveTimeoutMs),
       request_(std::make_unique<std::uint8_t[]>(wire::bufferSize)),
       response_(std::make_unique<std::uint8_t[]>(wire::bufferSize)) {}
 
 int DeviceClient::Start(const std::string& address) {
-    const std::lock_guard guard(*lock_.load());
+    const std::lock_guard guard(lock_);
     attempts = defaultAttempts;
     SetTimeout(0, Timeout::Defaults);
     open_ = link_.open();
@@ -51,14 +50,10 @@ int DeviceClient::Start(const std::string& address) {
 
 int DeviceClient::Stop() {
     link_.cancel();
-    const std::lock_guard guard(*lock_.load());
+    const std::lock_guard guard(lock_);
     link_.close();
     open_ = false;
     return 0;
-}
-
-void DeviceClient::forgetLock() {
-    lock_ = &locks_.emplace_back();
 }
 
 void DeviceClient::SetTimeout(std::uint32_t value, Timeout which) {
@@ -78,7 +73,7 @@ void DeviceClient::SetTimeout(std::uint32_t value, Timeout which) {
 
 int DeviceClient::Exchange(std::uint32_t code, std::span<const std::uint8_t> request,
                            std::span<std::uint8_t> response) {
-    const std::lock_guard guard(*lock_.load());
+    const std::lock_guard guard(lock_);
     if (!open_) return sendFailed;
     const std::size_t length = buildRequest(code, request);
     if (length == 0) return sendFailed;
@@ -160,7 +155,9 @@ int DeviceClient::receiveTrain(std::size_t total) {
     if (total == 0) return 0;  // a whole answer of nothing; decoding finds no frame in it
     if (total > wire::bufferSize) return noAnswer;
     received_ = 0;
-    while (received_ < total) {
+    // Each piece may take its time, so a device that drips bytes could hold the link for days.
+    for (std::size_t piecesLeft = total / 512 + 16; received_ < total; --piecesLeft) {
+        if (piecesLeft == 0) return noAnswer;
         const std::size_t room = std::min(wire::largestDatagram, wire::bufferSize - received_);
         std::uint32_t length = 0;
         if (link_.receive(response_.get() + received_, room, length, pieceTimeoutMs) != 0)
@@ -192,6 +189,8 @@ int DeviceClient::decodeAnswer(std::uint32_t code, std::span<std::uint8_t> respo
     } else if (!whole || frame.payloadLength != size) {
         return wrongLength;
     }
+    // What comes with a refusal is not handed on: nobody could use it, and a failure changes
+    // nothing.
     if (status == 0) std::copy_n(payload, std::min(size, response.size()), response.begin());
     return status;
 }

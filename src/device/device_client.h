@@ -1,17 +1,15 @@
 #pragma once
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <list>
 #include <memory>
-#include <mutex>
 #include <span>
 #include <string>
 
 #include "device/command_frame.h"
 #include "device/command_table.h"
 #include "device/device_link.h"
+#include "device/exchange_lock.h"
 #include "device/status_records.h"
 #include "model/config_image.h"
 #include "model/config_model.h"
@@ -39,9 +37,8 @@ class DeviceClient {
     int Start(const std::string& address);
     // Ends an exchange under way and closes the link. Always 0.
     int Stop();
-    // After a thread was ended by force, perhaps amid an exchange: leaves the lock that it may hold
-    // where it is, for good, and takes a new one from now on.
-    void forgetLock();
+    // After a thread was ended by force, perhaps amid an exchange: its hold on the link ends.
+    void forgetOwner() { lock_.forgetOwner(); }
 
     // Sends `request` under `code` and waits for the answer; a failed transfer is tried again while
     // attempts are left, after one ICMP check. On success the answer's payload stands at the start
@@ -97,6 +94,7 @@ class DeviceClient {
         std::uint16_t value;
         std::array<std::uint8_t, 972> bytes;
     };
+    static_assert(sizeof(Block2002) == detail::block2002Size);
     int SetImageBlock2002(const Block2002& block);
     int GetImageBlock2002(Block2002& block);
 
@@ -136,10 +134,7 @@ class DeviceClient {
     int fetchBlock(CommandCode code, ConfigImage& image);
 
     DeviceLink& link_;
-    // Held for a whole exchange; the status commands hold it around theirs. The last of locks_,
-    // of which the others were forgotten.
-    std::list<std::recursive_mutex> locks_;
-    std::atomic<std::recursive_mutex*> lock_;
+    ExchangeLock lock_;  // held for a whole exchange; the status commands hold it around theirs
     bool open_ = false;
     std::uint32_t address_ = 0;  // network byte order
     std::string addressText_;

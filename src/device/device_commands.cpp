@@ -34,7 +34,7 @@ int DeviceClient::exchange(CommandCode code, std::span<const std::uint8_t> reque
 int DeviceClient::statusExchange(CommandCode code, std::uint32_t timeoutMs,
                                  std::span<const std::uint8_t> request,
                                  std::span<std::uint8_t> response) {
-    const std::lock_guard guard(*lock_.load());
+    const std::lock_guard guard(lock_);
     attempts = 1;
     SetTimeout(timeoutMs, Timeout::Receive);
     const int result = exchange(code, request, response);

@@ -1,7 +1,6 @@
 #include "device/transfer.h"
 
 #include <exception>
-#include <system_error>
 
 #include "device/device_client.h"
 
@@ -22,7 +21,7 @@ int TransferWorker::start(std::shared_ptr<ProgressSink> sink, Sequence sequence)
         thread_ = std::thread([this, sink = std::move(sink), sequence = std::move(sequence)] {
             run(*sink, sequence);
         });
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) {
         running_ = false;
         return -1;
     }

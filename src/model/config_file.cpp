@@ -4,6 +4,8 @@
 #include <chrono>
 #include <cstring>
 #include <fstream>
+#include <random>
+#include <string>
 #include <system_error>
 #include <thread>
 

@@ -59,7 +59,7 @@ class ConfigModel {
     int saveCacheFile();
     int loadCacheFile();
 
-    // --- Table set and image header ---
+    // Table set and image header.
 
     // Keeps the low 8 bits as the current set.
     int selectTableSet(std::uint32_t index);
@@ -67,12 +67,12 @@ class ConfigModel {
     int getHeader(std::array<std::uint8_t, 12>& bytes, std::uint8_t& length) const;
     int setHeader(const std::array<std::uint8_t, 12>& bytes, std::uint8_t length);
 
-    // --- Input channels, by type (0-7) and index in the type's list ---
+    // Input channels, by type (0-7) and index in the type's list.
 
     static constexpr std::uint32_t atEnd = 0xFFFFFFFF;
 
     int getChannels(std::size_t type, FlatChannelList& list) const;
-    // Issues a new channel id, never one that was issued before, and inserts before `position`.
+    // Issues a channel id above all that were issued before, and inserts before `position`.
     // -1 also for a 61st channel: the device's answer is cut at 60, and it would be lost.
     int addChannel(InputChannelRecord record, std::uint32_t position);
     int removeChannel(std::size_t type, std::size_t index);
@@ -85,7 +85,7 @@ class ConfigModel {
     static constexpr std::uint8_t anyFrame = 255;
     FlatChannelList candidateChannels(std::size_t type, std::uint8_t frameId) const;
 
-    // --- Network ---
+    // Network.
 
     int getNetworkInfo(NetworkInfo& info) const;
     // Replaces all of it and rebuilds the current channel's part of the CSCT.
@@ -100,7 +100,7 @@ class ConfigModel {
     int addNeighbourNetwork(const NeighbourNetwork& network);
     int removeNeighbourNetwork(std::size_t index);
 
-    // --- Multiplex tables ---
+    // Multiplex tables.
     // After a change of the continuous table's frames, services included, every frame's slots are
     // numbered anew, consecutively in list order from 0, and the CSCT entries of the table's
     // channel number are replaced by one for each service of the frames with an id other than 0, at
@@ -136,7 +136,7 @@ class ConfigModel {
     // The first service with this id, the continuous table first.
     std::optional<ServicePlace> findService(std::uint16_t serviceId) const;
 
-    // --- Service/frequency tables ---
+    // Service/frequency tables.
 
     int getServiceFrequency(TableKind kind, std::size_t index, ServiceFrequencyEntry& entry) const;
     int setServiceFrequency(TableKind kind, std::size_t index, const ServiceFrequencyEntry& entry);
@@ -144,7 +144,7 @@ class ConfigModel {
     int addServiceFrequency(TableKind kind, const ServiceFrequencyEntry& entry, int position = -1);
     int removeServiceFrequency(TableKind kind, std::size_t index);
 
-    // --- Opaque blocks and conditional access ---
+    // Opaque blocks and conditional access.
 
     int get264Block(ParamBlock264& block) const;
     int set264Block(const ParamBlock264& block);

@@ -5,6 +5,11 @@
 
 #define IDI_KORVANE 128
 
+// Lamps
+#define IDB_LAMP_RED 139
+#define IDB_LAMP_GREEN 140
+#define IDB_LAMP_ORANGE 141
+
 // Dialogs
 #define IDD_MAIN_PANEL 104
 #define IDD_INPUT_CHANNEL_PAGE 1003
@@ -18,6 +23,9 @@
 #define IDD_FRAME_LIST_PAGE 1050
 #define IDD_SERVICE_FREQUENCY_PAGE 1052
 #define IDD_MONITOR_PAGE 1076
+#define IDD_SERVICE_LIST_PAGE 1080
+#define IDD_FRAME_STRUCTURE_PAGE 1084
+#define IDD_GRAPHIC_MONITOR_PAGE 1089
 #define IDD_CA_PAGE 1092
 
 #ifndef IDC_STATIC
@@ -42,6 +50,23 @@
 
 // Table list
 #define IDC_TABLES 1000
+
+// Monitoring: the panel
+#define IDC_MONITOR_TABS 1042
+#define IDC_LAMP_FRAME 1109
+#define IDC_LAMP_DATA_INPUT 1110
+#define IDC_LAMP_1PPS 1112
+#define IDC_LAMP_10M 1113
+#define IDC_LAMP_TOD 1114
+#define IDC_LAMP_LINK 1115
+#define IDC_TIME_OF_DAY 1122
+
+// Monitoring: its pages
+#define IDC_STRUCTURE_TREE 1035
+#define IDC_REFRESH_TOGGLE 1037
+#define IDC_BAR_CHART 1044
+#define IDC_CHART_FRAME 1046
+#define IDC_SERVICES 1106
 
 // Progress dialog
 #define IDC_PROGRESS_BAR 1082

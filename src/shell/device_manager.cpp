@@ -7,18 +7,19 @@
 namespace korvane {
 namespace {
 
-// Looks every 10 ms for a second. Whether the condition came true.
-template <class Condition>
-bool waitUntil(Condition condition) {
-    using namespace std::chrono_literals;
-    constexpr auto patience = 1000ms;
-    const auto deadline = std::chrono::steady_clock::now() + patience;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() >= deadline) return false;
-        std::this_thread::sleep_for(10ms);
-    }
-    return true;
-}
+constexpr std::uint32_t patienceMs = 1000, stepMs = 10;
+
+// True while it lives, however the work that it marks ends.
+class Marked {
+  public:
+    explicit Marked(std::atomic<bool>& flag) : flag_(flag) { flag_ = true; }
+    ~Marked() { flag_ = false; }
+    Marked(const Marked&) = delete;
+    Marked& operator=(const Marked&) = delete;
+
+  private:
+    std::atomic<bool>& flag_;
+};
 
 }  // namespace
 
@@ -56,23 +57,31 @@ int DeviceManager::Stop() {
 // A poller that is still there then hangs in the system, and is ended by force.
 void DeviceManager::endThreads() {
     poller_.requestStop();
-    waitUntil([this] { return poller_.ended() && !upgradeInProgress_; });
+    const auto othersGone = [this] { return poller_.ended() && !upgradeInProgress_; };
+    for (std::uint32_t waited = 0; waited < patienceMs && !othersGone(); waited += stepMs)
+        link_.sleep(stepMs);
     link_.cancel();
-    if (force_ && !waitUntil([this] { return poller_.ended(); })) {
+    if (force_ && !pollerEndsInTime()) {
         poller_.endByForce(force_);
-        client_.forgetLock();
+        client_.forgetOwner();
     }
     client_.Stop();
     poller_.join();
     worker_.join();
 }
 
+// On the system's own clock: a cancelled link sleeps no more.
+bool DeviceManager::pollerEndsInTime() const {
+    for (std::uint32_t waited = 0; waited < patienceMs && !poller_.ended(); waited += stepMs)
+        std::this_thread::sleep_for(std::chrono::milliseconds(stepMs));
+    return poller_.ended();
+}
+
 int DeviceManager::startDownload(std::shared_ptr<ProgressSink> sink) {
     return worker_.start(std::move(sink), [this](Progress& progress) {
-        saveInProgress_ = true;
+        const Marked saving(saveInProgress_);
         const int result = runSave(client_, model_, progress);
         lastSaveEnd_ = link_.ticks();
-        saveInProgress_ = false;
         return result;
     });
 }
@@ -85,11 +94,9 @@ int DeviceManager::startUpload(std::shared_ptr<ProgressSink> sink) {
 int DeviceManager::startUpgrade(std::shared_ptr<ProgressSink> sink,
                                 std::filesystem::path firmware) {
     return worker_.start(std::move(sink), [this, file = std::move(firmware)](Progress& progress) {
+        const Marked upgrading(upgradeInProgress_);
         const auto stopping = [this] { return poller_.stopRequested(); };
-        upgradeInProgress_ = true;
-        const int result = runUpgrade(client_, link_, file, stopping, progress);
-        upgradeInProgress_ = false;
-        return result;
+        return runUpgrade(client_, link_, file, stopping, progress);
     });
 }
 

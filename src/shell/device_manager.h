@@ -12,20 +12,21 @@
 #include "device/status_poller.h"
 #include "device/transfer.h"
 #include "model/config_model.h"
+#include "monitor/status_source.h"
 
 namespace korvane {
 
 // Owns everything that one managed device needs: model, client, status cache, poller and the
-// worker of a transfer. One instance lives as long as the library is loaded.
-// Start, Stop and the start operations belong to the host's user-interface thread.
-class DeviceManager {
+// worker of a transfer. One instance lives from the first call of the library to the end of the
+// process. Start, Stop and the start operations belong to the host's user-interface thread.
+class DeviceManager : public StatusSource {
   public:
     // `link` reaches the device and outlives this object; `cacheDirectory` takes the file in which
     // the last configuration of each device is kept. Without `force`, Stop waits for a poller that
     // hangs in the system.
     DeviceManager(DeviceLink& link, std::filesystem::path cacheDirectory,
                   StatusPoller::Force force = nullptr);
-    ~DeviceManager();
+    ~DeviceManager() override;
 
     // 0, or -1 when no socket could be opened: then no configuration is loaded and nothing polls.
     // A second Start ends what the first one began.
@@ -46,15 +47,16 @@ class DeviceManager {
     int startUpgrade(std::shared_ptr<ProgressSink> sink, std::filesystem::path firmware);
 
     // 0 and the latest summary, or -1 while none has arrived.
-    int getStatusSummary(StatusSummary& out) const;
+    int getStatusSummary(StatusSummary& out) const override;
     // 0 and the eight alarm bits appended, bit 0 first; without a valid status 1 (no news: a save
     // is under way or ended less than 10,000 ms ago) or -1 (link lost).
-    int getAlarmBits(std::vector<bool>& out) const;
+    int getAlarmBits(std::vector<bool>& out) const override;
     // 0 and the latest status, or -1 while the last poll failed.
-    int getDeviceStatusImage(DeviceStatusImage& out) const;
+    int getDeviceStatusImage(DeviceStatusImage& out) const override;
 
   private:
     void endThreads();
+    bool pollerEndsInTime() const;
 
     DeviceLink& link_;
     StatusPoller::Force force_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "monitor/monitor_panel.h"
 #include "resources/ids.h"
 #include "shell/about_dialog.h"
 #include "shell/control_tables_page.h"
@@ -25,7 +26,7 @@ PanelBody::PanelBody(DeviceManager& manager)
       manager_(manager),
       commands_(manager, prompts_, *this, transfers_),
       pages_{std::make_unique<Page>(IDD_INPUT_CHANNEL_PAGE), std::make_unique<ControlTablesPage>(),
-             std::make_unique<Page>(IDD_MONITOR_PAGE), std::make_unique<Page>(IDD_SYSTEM_PAGE)} {}
+             std::make_unique<MonitorPanel>(manager), std::make_unique<Page>(IDD_SYSTEM_PAGE)} {}
 
 bool PanelBody::onInit() {
     prompts_.setOwner(hwnd());

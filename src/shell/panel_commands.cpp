@@ -23,11 +23,9 @@ std::string printableText(const std::array<char, 16>& field) {
 
 }  // namespace
 
-// The sum wraps with the clock: around the wrap, once in 49 days, the guard lets a command through
-// early rather than refusing all of them.
+// A difference of ticks is right even when the clock wraps between the two.
 bool PanelCommands::settledSinceLastSetting() {
-    const std::uint32_t allowedFromMs = lastSettingMs_ + settingIntervalMs;
-    return manager_.link().ticks() >= allowedFromMs;
+    return manager_.link().ticks() - lastSettingMs_ >= settingIntervalMs;
 }
 
 void PanelCommands::save() {

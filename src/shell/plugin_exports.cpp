@@ -12,6 +12,7 @@
 #include "shell/device_manager.h"
 #include "shell/host_border.h"
 #include "shell/main_panel.h"
+#include "shell/monitor_thread.h"
 #include "ui/modal.h"
 
 namespace korvane {
@@ -60,6 +61,8 @@ class LibraryHold {
 struct Plugin {
     UdpDeviceLink link{&ping};
     DeviceManager manager{link, hostDirectory(), &endByForce};
+    // For devices that send their status unasked. Today's are polled: it is not started.
+    MonitorThread monitor;
     MainPanel panel{manager};
     LibraryHold hold;
     bool started = false;

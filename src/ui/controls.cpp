@@ -93,7 +93,11 @@ HTREEITEM Tree::append(HTREEITEM parent, std::string_view text) const {
     place.hInsertAfter = TVI_LAST;
     place.item.mask = TVIF_TEXT;
     place.item.pszText = wide.data();
-    return reinterpret_cast<HTREEITEM>(send(TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&place)));
+    return insert(place);
+}
+
+void Tree::drawBuffered() const {
+    send(TVM_SETEXTENDEDSTYLE, TVS_EX_DOUBLEBUFFER, TVS_EX_DOUBLEBUFFER);
 }
 
 std::string Tree::itemText(HTREEITEM item) const {

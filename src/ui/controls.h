@@ -108,6 +108,8 @@ class IpBox : public Control {
 class Tab : public Control {
   public:
     using Control::Control;
+    // Room around the titles, in pixels; before the tabs are appended.
+    void setPadding(int x, int y) const { send(TCM_SETPADDING, 0, MAKELPARAM(x, y)); }
     void append(std::string_view text) const;
     int selected() const { return static_cast<int>(send(TCM_GETCURSEL)); }
     void select(int index) const { send(TCM_SETCURSEL, static_cast<WPARAM>(index)); }
@@ -124,9 +126,17 @@ class ProgressBar : public Control {
 class Tree : public Control {
   public:
     using Control::Control;
+    using Control::holdDrawing;
+    using Control::resumeDrawing;
+    // From now on the tree draws into memory first and does not flicker.
+    void drawBuffered() const;
     void clear() const { send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT)); }
     // After the parent's last child; nullptr is the root.
     HTREEITEM append(HTREEITEM parent, std::string_view text) const;
+    HTREEITEM insert(const TVINSERTSTRUCTW& place) const {
+        return reinterpret_cast<HTREEITEM>(
+            send(TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&place)));
+    }
     void expand(HTREEITEM item) const {
         send(TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(item));
     }

@@ -5,7 +5,7 @@
 namespace korvane {
 
 void ListView::setUp(std::span<const Column> columns, Marks marks) const {
-    DWORD style = LVS_EX_FULLROWSELECT;
+    DWORD style = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER;
     if (marks == Marks::CheckBoxes) style |= LVS_EX_CHECKBOXES;
     send(LVM_SETEXTENDEDLISTVIEWSTYLE, style, static_cast<LPARAM>(style));
     WPARAM index = 0;

@@ -29,6 +29,13 @@ std::string encode(UINT codePage, std::wstring_view text) {
 std::wstring toWide(std::string_view utf8) {
     return decode(CP_UTF8, utf8);
 }
+// No character is more units in UTF-16 than it is bytes in UTF-8.
+void toWide(std::string_view utf8, std::wstring& wide) {
+    const int size = static_cast<int>(utf8.size());
+    wide.resize(utf8.size());
+    const int length = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, wide.data(), size);
+    wide.resize(static_cast<std::size_t>(length));
+}
 std::string toUtf8(std::wstring_view wide) {
     return encode(CP_UTF8, wide);
 }

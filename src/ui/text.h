@@ -9,6 +9,8 @@ namespace korvane {
 // What has no counterpart becomes the replacement character, in GBK '?'; nothing throws but for
 // lack of memory.
 std::wstring toWide(std::string_view utf8);
+// Into a text whose room is used again: for many in a row.
+void toWide(std::string_view utf8, std::wstring& wide);
 std::string toUtf8(std::wstring_view wide);
 std::string gbkToUtf8(std::string_view gbk);
 std::string utf8ToGbk(std::string_view utf8);

@@ -270,6 +270,14 @@ TEST_F(Client, WhatWouldNotFitTheBufferIsNoAnswer) {
     EXPECT_EQ(reboot(), -1);  // whole, but no answer to this command
 }
 
+TEST_F(Client, ADeviceThatDripsItsAnswerDoesNotHoldTheLinkForEver) {
+    client_.attempts = 1;
+    link_.answers(announcementOf(409600));
+    for (int i = 0; i < 10000; ++i) link_.answers(Bytes(1));
+    EXPECT_EQ(reboot(), -2);
+    EXPECT_FALSE(link_.scriptPlayed());
+}
+
 TEST_F(Client, StatusCommandsTryOnceWithShortTimeoutsAndPutTheDefaultsBack) {
     std::uint16_t heartbeat = 0;
     auto image = std::make_unique<DeviceStatusImage>();

@@ -29,7 +29,9 @@ PICTURES = """
     host-start host-wrong-address 0104-main-panel question-fetch 1023-progress-fetch
     1003-input-channels 1036-0-1047-network-information 1036-1-1050-continuous-multiplex
     1036-2-1052-continuous-services 1036-3-1050-short-time-multiplex
-    1036-4-1052-short-time-services 1036-5-1092-conditional-access file-dialog-export
+    1036-4-1052-short-time-services 1036-5-1092-conditional-access
+    1076-monitoring-1084-frame-structure 1076-monitoring-1080-service-list
+    1076-monitoring-1089-graphic-monitor file-dialog-export
     message-exported file-dialog-import question-import-network message-imported question-restore
     question-save 1023-progress-save question-reboot 1028-about host-disconnected
 """.split()

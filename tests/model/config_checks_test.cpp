@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "shell/scripted_prompts.h"
 #include "support/configurations.h"
+#include "support/scripted_prompts.h"
 
 namespace korvane {
 namespace {

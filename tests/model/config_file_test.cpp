@@ -54,6 +54,9 @@ class ConfigFile : public testing::Test {
         channels.append(test::channel(ChannelType::Video, 2, 7002));
         model_->setFlatChannels(channels);
         decodeImage(*test::randomImage(5), model_->tables());
+        for (MultiplexFrame& frame : model_->tables().continuous.frames)
+            for (ServiceRecord& service : frame.services)
+                service.description.serviceId = service.serviceId;
         std::memcpy(model_->deviceParams().controlPort.address.data(), "10.0.0.5", 8);
         original_ = std::make_unique<ConfigModel>(*model_);
     }
@@ -85,6 +88,12 @@ TEST_F(ConfigFile, EveryPartStandsAtItsPlaceInHostOrder) {
     EXPECT_EQ(bytesAt(*file.data(), 36 + 120, 13), "00 01 00 00 E1 01 02 01 59 1B 00 00 07");
     EXPECT_EQ(std::memcmp(file.data() + image, test::randomImage(5).get(), 629896), 0);
     EXPECT_EQ(std::memcmp(file.data() + image + 629896, "10.0.0.5", 9), 0);
+    // The first description is that of the second frame's first service; its id's low byte leads.
+    const std::uint16_t id = model_->tables().continuous.frames[1].services[0].serviceId;
+    const std::size_t descriptions = image + 629896 + 144;
+    EXPECT_EQ(file[descriptions], id & 0xFF);
+    EXPECT_EQ(file[descriptions + 1], id >> 8);
+    EXPECT_EQ(bytesAt(*file.data(), descriptions + 41840, 4), "28 00 00 00");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(scratch_.path()), {}), 1);
 }
 
@@ -218,6 +227,57 @@ TEST_F(ConfigFile, TheOlderLayoutIsConvertedAndItsFrame0Filled) {
     EXPECT_EQ(counted[0].serviceId, 0);
     EXPECT_EQ(counted[7].serviceId, 7);
     EXPECT_EQ(counted[7].subFrameNumber, 7);
+}
+
+// The older layout at literal offsets, independent of the structs that read it.
+TEST_F(ConfigFile, TheOlderLayoutIsReadFromItsPlaces) {
+    Bytes image(163976);
+    const auto put = [&image](std::size_t offset, std::initializer_list<int> bytes) {
+        for (const int byte : bytes) image[offset++] = static_cast<std::uint8_t>(byte);
+    };
+    put(1, {9});              // transfer byte
+    put(24, {0x34, 0x12});    // network number, low byte first
+    put(640, {2, 21, 0, 1});  // continuous table, one frame
+    const std::size_t frame = 644;
+    put(frame, {7, 1, 0, 1, 2, 0, 2, 5, 6});
+    put(frame + 47, {4});
+    const std::size_t last = frame + 48 + 3 * 496;
+    put(last, {8, 0, 0x2C, 0x01, 0x2C, 0x01, 1, 0, 0xB2, 0xB1, 0xB3});
+    put(last + 12, {2, 0, 0, 0, 225, 1, 1, 9, 0x88, 0x13});
+    put(last + 492, {0x80, 0x1A, 0x06, 0x00});
+    put(81924, {4, 22, 0, 1});  // short-time table
+    put(81928, {3});
+    put(163208, {3, 0, 0, 0, 0, 0, 1, 0, 0x2C, 0x01, 21, 0});  // CSCT
+    put(163208 + 336 + 4, {'V', '2'});                         // 264-byte block
+    put(163208 + 336 + 264 + 12, {0x01, 0x0B});                // CA block
+    put(163208 + 336 + 264 + 6, {1});
+    put(163208 + 336 + 264 + 92 + 16, {0x00, 0x12, 0x7A, 0x00});  // system bit rate
+    Bytes file = fileOf(4107, {}, std::array<std::uint8_t, 0>{});
+    file.resize(36);
+    file.insert(file.end(), image.begin(), image.end());
+    writeAll(path_, file);
+
+    ASSERT_EQ(model_->loadConfigFile(path_, true), 0);
+    const ConfigTables& tables = model_->tables();
+    EXPECT_EQ(tables.header[1], 9);
+    EXPECT_EQ(tables.network.networkNumber, 0x1234);
+    ASSERT_EQ(tables.continuous.frames.size(), 1u);
+    EXPECT_EQ(tables.continuous.frames[0].id, 7);
+    EXPECT_EQ(tables.continuous.frames[0].modulation, 2);
+    EXPECT_EQ(tables.continuous.frames[0].timeSlots[1], 6);
+    ASSERT_EQ(tables.continuous.frames[0].services.size(), 4u);
+    const ServiceRecord& service = tables.continuous.frames[0].services[3];
+    EXPECT_EQ(service.subFrameNumber, 8);
+    EXPECT_EQ(service.serviceId, 300);
+    EXPECT_EQ(service.parameters, (std::array<std::uint8_t, 3>{0xB1, 0xB2, 0xB3}));
+    EXPECT_EQ(service.components[0].port, 5000);
+    EXPECT_EQ(service.components[0].address[3], 9);
+    EXPECT_EQ(service.bandwidth, 400000u);
+    EXPECT_EQ(tables.shortTime.frames[0].id, 3);
+    EXPECT_EQ(tables.continuousServices.entries[0].serviceId, 300);
+    EXPECT_EQ(tables.params264.softwareVersion[1], '2');
+    EXPECT_EQ(tables.caDescriptions.entries[0].caSystemId, 0x0B01);
+    EXPECT_EQ(tables.outputParams.systemBitRate, 8000000u);
 }
 
 TEST_F(ConfigFile, AFileThatCannotBeWrittenIsReportedAndLeavesNothingBehind) {

@@ -219,32 +219,40 @@ INSTANTIATE_TEST_SUITE_P(Commands, StopDuringPoll, testing::Range(0, 4));
 // A poller that hangs in the system while it holds the client's lock, until it is ended by force.
 class StuckLink : public HangingLink {
   public:
-    int receive(void*, std::size_t, std::uint32_t&, std::uint32_t timeoutMs) override {
-        if (timeoutMs == 0 || released) return -1;
-        stuck = true;
+    int receive(void* buffer, std::size_t capacity, std::uint32_t& received,
+                std::uint32_t timeoutMs) override {
+        if (timeoutMs == 0 || stuck.exchange(true))
+            return HangingLink::receive(buffer, capacity, received, timeoutMs);
         while (!released) std::this_thread::yield();
         return -1;
     }
-    inline static std::atomic<bool> stuck, released;
+    std::atomic<bool> stuck{false}, released{false};
 };
 
 TEST(ManagerWithHangingPoller, StopEndsItByForceAndTheNextStartWorks) {
     test::ScratchDirectory scratch;
     StuckLink link;
     static int forced;
+    static std::thread abandoned;
     forced = 0;
     DeviceManager manager(link, scratch.path(), [](std::thread& thread) {
         ++forced;
-        StuckLink::released = true;  // what ending it does for this test
-        thread.join();
+        abandoned = std::move(thread);  // as good as dead: it holds what it held
     });
     ASSERT_EQ(manager.Start("10.1.2.3"), 0);
-    while (!StuckLink::stuck) std::this_thread::yield();
+    while (!link.stuck) std::this_thread::yield();
+    // A transfer waits for the link that the poller holds.
+    auto sink = std::make_shared<WaitingSink>();
+    ASSERT_EQ(manager.startUpload(sink), 0);
     EXPECT_EQ(manager.Stop(), 0);
     EXPECT_EQ(forced, 1);
+    EXPECT_EQ(sink->timesTold(), 1);
+    EXPECT_NE(sink->outcome(), 0);
     EXPECT_EQ(manager.Start("10.1.2.3"), 0);
     EXPECT_EQ(manager.Stop(), 0);
     EXPECT_EQ(forced, 1);
+    link.released = true;
+    abandoned.join();
 }
 
 // The link over real sockets, and a save that Stop cuts off: nothing may be left that still uses

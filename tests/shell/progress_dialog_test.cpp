@@ -29,6 +29,9 @@ TEST_F(ProgressDialogTest, ShowsEachPercentageAndEndsAtAHundred) {
         const HWND dialog = r.waitDialog(caption);
         const HWND text = r.waitControl(dialog, IDC_PROGRESS_TEXT);
         EXPECT_EQ(r.text(text), "0/1");
+        EXPECT_EQ(r.text(GetDlgItem(dialog, IDC_STATIC)), "正在与设备通讯中...");
+        EXPECT_FALSE(IsWindowVisible(GetDlgItem(dialog, IDOK)));
+        EXPECT_FALSE(IsWindowVisible(GetDlgItem(dialog, IDCANCEL)));
         for (const int percent : {0, 5, 99}) {
             sink_->progress(percent);
             const std::string shown = std::to_string(percent) + "%";

@@ -17,18 +17,6 @@ class Status : public testing::Test {
         generator_.write(image_);
         return image_;
     }
-    std::uint32_t capacityOf(std::uint8_t modulation, std::uint8_t rs, std::uint8_t ldpc,
-                             std::size_t slots) {
-        auto tables = std::make_unique<ConfigTables>();
-        MultiplexFrame frame;
-        frame.modulation = modulation;
-        frame.rsRate = rs;
-        frame.ldpcRate = ldpc;
-        frame.timeSlots.resize(slots);
-        tables->continuous.frames.append(frame);
-        generator_.restart(*tables, 0);
-        return at(0).frames[0].channelCapacity;
-    }
 
     // Sections of the last image that brought something once and bring nothing now.
     int silentInputs() const {
@@ -44,17 +32,6 @@ class Status : public testing::Test {
     DeviceStatusImage image_;
     std::unique_ptr<ConfigTables> tables_ = sampleTables();
 };
-
-TEST_F(Status, ChannelCapacity) {
-    EXPECT_EQ(capacityOf(1, 1, 0, 4), 64'512u);
-    EXPECT_EQ(capacityOf(2, 0, 1, 40), 2'073'600u);
-    EXPECT_EQ(capacityOf(0, 0, 0, 1), 8'640u);
-    EXPECT_EQ(capacityOf(1, 3, 1, 2), 38'016u);
-    EXPECT_EQ(capacityOf(1, 1, 0, 0), 0u);
-    EXPECT_EQ(capacityOf(3, 1, 0, 4), 0u) << "no such modulation";
-    EXPECT_EQ(capacityOf(1, 4, 0, 4), 0u);
-    EXPECT_EQ(capacityOf(1, 1, 2, 4), 0u);
-}
 
 TEST_F(Status, ShowsTheFramesOfBothTables) {
     generator_.restart(*tables_, 0);

@@ -1,0 +1,172 @@
+// What the live views add to what the system itself needs, as ratios of two measurements of the
+// same run: a refresh of the fullest tree against the bare loop that inserts the same texts, and a
+// redraw of the chart against one copy of its area.
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "monitor/frame_structure.h"
+#include "monitor/frame_structure_page.h"
+#include "monitor/graphic_monitor_page.h"
+#include "resources/ids.h"
+#include "ui/bitmap.h"
+#include "ui/controls.h"
+#include "ui/module.h"
+#include "ui/text.h"
+
+namespace korvane {
+namespace {
+
+constexpr double treeTarget = 1.15, chartTarget = 10;
+constexpr int treeRuns = 15, chartRuns = 200;
+
+// All that fits: 40 frames of 8 sub-frames of 8 segments. The values differ in each refresh.
+class FullSource : public StatusSource {
+  public:
+    int getStatusSummary(StatusSummary&) const override { return -1; }
+    int getAlarmBits(std::vector<bool>&) const override { return 1; }
+    int getDeviceStatusImage(DeviceStatusImage& out) const override {
+        out = {};
+        ++refresh_;
+        out.frameCount = static_cast<std::uint8_t>(out.frames.size());
+        for (FrameStats& frame : out.frames) fill(frame);
+        return 0;
+    }
+
+  private:
+    void fill(FrameStats& frame) const {
+        frame.channelCapacity = 100;
+        frame.effectiveData = refresh_ % 100;
+        frame.timeSlotCount = 1;
+        frame.subFrameCount = static_cast<std::uint8_t>(frame.subFrames.size());
+        for (SubFrameStats& subFrame : frame.subFrames) {
+            subFrame.effectiveLength = 54321 + refresh_;
+            subFrame.segmentCount = static_cast<std::uint8_t>(subFrame.segments.size());
+            for (SegmentStats& segment : subFrame.segments)
+                segment = {1234567 + refresh_, 7654321 + refresh_, 384, 0};
+        }
+    }
+
+    mutable std::uint32_t refresh_ = 0;
+};
+
+double seconds() {
+    LARGE_INTEGER count, frequency;
+    QueryPerformanceCounter(&count);
+    QueryPerformanceFrequency(&frequency);
+    return static_cast<double>(count.QuadPart) / static_cast<double>(frequency.QuadPart);
+}
+
+double timeOf(const std::function<void()>& work) {
+    const double begin = seconds();
+    work();
+    return seconds() - begin;
+}
+
+// Turn by turn, so that both meet the same neighbours on the machine; the fastest of each counts.
+bool report(const char* name, int runs, double target, const std::function<void()>& work,
+            const std::function<void()>& floor) {
+    double workTime = timeOf(work), floorTime = timeOf(floor);
+    for (int i = 0; i < runs; ++i) {
+        workTime = std::min(workTime, timeOf(work));
+        floorTime = std::min(floorTime, timeOf(floor));
+    }
+    const double ratio = workTime / floorTime;
+    std::printf("%s: %.3f ms / %.3f ms = %.2f (target at most %.2f) %s\n", name, workTime * 1000,
+                floorTime * 1000, ratio, target, ratio <= target ? "ok" : "MISSED");
+    return ratio <= target;
+}
+
+struct WideLine {
+    int depth;
+    bool hasChildren;
+    std::wstring text;
+};
+
+std::vector<WideLine> wideLines(const StatusSource& source) {
+    DeviceStatusImage status;
+    source.getDeviceStatusImage(status);
+    std::vector<WideLine> lines;
+    describeFrames(status, [&lines](int depth, std::string_view text) {
+        if (!lines.empty()) lines.back().hasChildren = depth > lines.back().depth;
+        lines.push_back({depth, false, toWide(text)});
+    });
+    return lines;
+}
+
+// What any program has to do to have these lines in a tree, expanded.
+void bareLoop(HWND tree, std::vector<WideLine>& lines) {
+    HTREEITEM path[8] = {};
+    SendMessageW(tree, WM_SETREDRAW, FALSE, 0);
+    SendMessageW(tree, TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
+    for (WideLine& line : lines) {
+        TVINSERTSTRUCTW place{};
+        place.hParent = line.depth > 0 ? path[line.depth - 1] : TVI_ROOT;
+        place.hInsertAfter = TVI_LAST;
+        place.item.mask = TVIF_TEXT | TVIF_STATE;
+        place.item.state = line.hasChildren ? TVIS_EXPANDED : 0;
+        place.item.stateMask = TVIS_EXPANDED;
+        place.item.pszText = line.text.data();
+        path[line.depth] = reinterpret_cast<HTREEITEM>(
+            SendMessageW(tree, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&place)));
+    }
+    SendMessageW(tree, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(tree, nullptr, TRUE);
+}
+
+bool benchTree(HWND parent, const FullSource& source) {
+    FrameStructurePage page(source);
+    page.create(parent);
+    page.show(true);
+    const HWND tree = GetDlgItem(page.hwnd(), IDC_STRUCTURE_TREE);
+    std::vector<WideLine> lines = wideLines(source);
+    return report(
+        "tree refresh / bare loop", treeRuns, treeTarget,
+        [&] { SendMessageW(page.hwnd(), WM_TIMER, 1, 0); }, [&] { bareLoop(tree, lines); });
+}
+
+bool benchChart(HWND parent, const FullSource& source) {
+    GraphicMonitorPage page(source);
+    page.create(parent);
+    RECT room{};
+    GetClientRect(parent, &room);
+    page.place(room);
+    page.show(true);
+    const HWND chart = GetDlgItem(page.hwnd(), IDC_BAR_CHART);
+    RECT area{};
+    GetClientRect(chart, &area);
+    MemoryPicture picture;
+    picture.resize({area.right, area.bottom});
+    UpdateWindow(chart);
+    const HDC dc = GetDC(chart);
+    const bool met = report(
+        "chart redraw / one copy of its area", chartRuns, chartTarget,
+        [&] {
+            SendMessageW(page.hwnd(), WM_TIMER, 1, 0);
+            UpdateWindow(chart);
+        },
+        [&] { picture.copyTo(dc); });
+    ReleaseDC(chart, dc);
+    return met;
+}
+
+int run() {
+    const ActivationScope activation;
+    const HWND parent = CreateWindowExW(0, L"Static", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
+                                        1024, 768, nullptr, nullptr, nullptr, nullptr);
+    const FullSource source;
+    const bool treeMet = benchTree(parent, source);
+    const bool chartMet = benchChart(parent, source);
+    DestroyWindow(parent);
+    return treeMet && chartMet ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace korvane
+
+int main() {
+    return korvane::run();
+}

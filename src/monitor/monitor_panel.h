@@ -1,0 +1,45 @@
+#pragma once
+
+#include <array>
+
+#include "monitor/frame_structure_page.h"
+#include "monitor/graphic_monitor_page.h"
+#include "monitor/indicators.h"
+#include "monitor/service_list_page.h"
+#include "ui/bitmap.h"
+#include "ui/controls.h"
+
+namespace korvane {
+
+// The panel's page with the live status: lamps, time of day, and tabs with the three views. All
+// timers run from the start, whatever is shown.
+class MonitorPanel : public TimedPage {
+  public:
+    // `source` outlives the panel.
+    explicit MonitorPanel(const StatusSource& source);
+
+  protected:
+    bool onInit() override;
+    std::optional<LRESULT> onNotify(const NMHDR& header) override;
+    void tick() override;
+    void onSize(int width, int height) override;
+    void onDestroy() override;
+
+  private:
+    std::array<TimedPage*, 3> pages() { return {&structure_, &services_, &graphic_}; }
+    void loadLamps();
+    void createPages();
+    void placePages();
+    void showPage(int index);
+    void startAll();
+    void stopAll();
+    void light(int id, Lamp lamp);
+
+    const StatusSource& source_;
+    FrameStructurePage structure_;
+    ServiceListPage services_;
+    GraphicMonitorPage graphic_;
+    Bitmap red_, green_;
+};
+
+}  // namespace korvane

@@ -1,0 +1,179 @@
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <gtest/gtest.h>
+#include <mutex>
+
+#include "monitor/monitor_panel.h"
+#include "monitor/resource_counts.h"
+#include "resources/ids.h"
+#include "shell/device_manager.h"
+#include "shell/test_host.h"
+#include "simulator/simulator_link.h"
+#include "support/scratch_directory.h"
+
+namespace korvane {
+namespace {
+
+// A link that can be cut: then nothing comes back any more, and waiting takes its (simulated) time.
+// Its clock goes on in turns that the test gives, so that the poller does not spin.
+class CuttableLink : public SimulatorLink {
+  public:
+    using SimulatorLink::SimulatorLink;
+
+    bool open() override {
+        setEnded(false);
+        return SimulatorLink::open();
+    }
+    void cancel() override {
+        setEnded(true);
+        SimulatorLink::cancel();
+    }
+    void sleep(std::uint32_t milliseconds) override {
+        {
+            std::unique_lock lock(mutex_);
+            changed_.wait(lock, [this] { return ended_ || turns_ > 0; });
+            if (turns_ > 0) --turns_;
+        }
+        SimulatorLink::sleep(milliseconds);
+    }
+    int receive(void* buffer, std::size_t capacity, std::uint32_t& received,
+                std::uint32_t timeoutMs) override {
+        const int result = SimulatorLink::receive(buffer, capacity, received, timeoutMs);
+        return cut ? -1 : result;
+    }
+
+    void giveTurns(int count) {
+        {
+            const std::lock_guard guard(mutex_);
+            turns_ = count;
+        }
+        changed_.notify_all();
+    }
+
+    std::atomic<bool> cut{false};
+
+  private:
+    void setEnded(bool ended) {
+        {
+            const std::lock_guard guard(mutex_);
+            ended_ = ended;
+        }
+        changed_.notify_all();
+    }
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    bool ended_ = false;
+    int turns_ = 0;
+};
+
+// The whole way: simulated device, poller, cache, views.
+class MonitorSoak : public testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_EQ(manager_.Start("10.1.2.3"), 0);
+        ASSERT_TRUE(panel_.create(host_.window()));
+        panel_.place({0, 0, 900, 560});
+        panel_.show(true);
+        timed_.push_back(panel_.hwnd());
+        for (HWND w = GetWindow(panel_.hwnd(), GW_CHILD); w; w = GetWindow(w, GW_HWNDNEXT)) {
+            if (HWND tree = GetDlgItem(w, IDC_STRUCTURE_TREE)) tree_ = tree;
+            if (isDialogWindow(w)) timed_.push_back(w);
+        }
+        ASSERT_EQ(timed_.size(), 4u);
+    }
+    void TearDown() override {
+        panel_.destroy();
+        stop();
+    }
+
+    static constexpr int refreshesPerTab = 40;
+    // The poller sleeps in pieces of 100 ms.
+    static constexpr int turnsPerRefresh = 5;
+
+    // Stopping waits on the link's clock, too.
+    void stop() {
+        link_.giveTurns(1 << 20);
+        manager_.Stop();
+    }
+    static void dispatchAll() {
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+    }
+    void refresh(int times) {
+        for (int i = 0; i < times; ++i) {
+            link_.giveTurns(turnsPerRefresh);
+            for (HWND window : timed_) PostMessageW(window, WM_TIMER, 1, 0);
+            dispatchAll();
+            if (i % refreshesPerTab == 0) showTab(i / refreshesPerTab % 3);
+        }
+    }
+    void showTab(int index) {
+        SendMessageW(GetDlgItem(panel_.hwnd(), IDC_MONITOR_TABS), TCM_SETCURFOCUS,
+                     static_cast<WPARAM>(index), 0);
+    }
+    template <class Condition>
+    void refreshUntil(const char* what, Condition condition) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+        while (!condition()) {
+            ASSERT_TRUE(std::chrono::steady_clock::now() < deadline) << "waited for " << what;
+            refresh(1);
+        }
+    }
+    std::string timeOfDay() const {
+        return Control(GetDlgItem(panel_.hwnd(), IDC_TIME_OF_DAY)).text();
+    }
+    HBITMAP lamp(int id) const { return Static(GetDlgItem(panel_.hwnd(), id)).bitmap(); }
+    LRESULT treeLines() const { return SendMessageW(tree_, TVM_GETCOUNT, 0, 0); }
+
+    test::TestHost host_;
+    test::ScratchDirectory scratch_;
+    SimulatedDevice device_;
+    CuttableLink link_{device_, 60000};
+    DeviceManager manager_{link_, scratch_.path()};
+    MonitorPanel panel_{manager_};
+    std::vector<HWND> timed_;
+    HWND tree_ = nullptr;
+};
+
+TEST_F(MonitorSoak, ThousandsOfRefreshesUseUpNothing) {
+    constexpr int refreshes = 1000;  // of each of the four windows
+    refreshUntil("a status", [this] { return treeLines() > 4; });
+    refresh(4 * refreshesPerTab);  // what is made when a tab is first shown stays
+    const test::ResourceCounts before = test::countResources();
+    refresh(refreshes);
+    const test::ResourceCounts after = test::countResources();
+    EXPECT_EQ(after.gdi, before.gdi);
+    EXPECT_EQ(after.windows, before.windows);
+    // Some locks get a handle of their own when two threads first meet at them.
+    EXPECT_LE(after.handles, before.handles + 5);
+    // Its order of reuse is the system's own; one object lost in each refresh would show.
+    EXPECT_LT(after.freeUserIndex, before.freeUserIndex + refreshes / 10);
+    EXPECT_GT(before.gdi, 0);
+    EXPECT_GT(before.handles, 0);
+}
+
+TEST_F(MonitorSoak, ALinkThatIsLostAndFoundAgain) {
+    const HBITMAP red = lamp(IDC_LAMP_LINK);
+    refreshUntil("the green lamp", [&] { return lamp(IDC_LAMP_LINK) != red; });
+    refreshUntil("the tree", [this] { return treeLines() > 4; });
+    EXPECT_TRUE(timeOfDay().starts_with("TOD: ")) << timeOfDay();
+    const LRESULT lines = treeLines();
+
+    link_.cut = true;
+    refreshUntil("the red lamp", [&] { return lamp(IDC_LAMP_LINK) == red; });
+    refresh(5);
+    EXPECT_EQ(treeLines(), lines) << "the last contents stay";
+    EXPECT_TRUE(timeOfDay().starts_with("TOD: ")) << "the last summary stays";
+
+    link_.cut = false;
+    refreshUntil("the green lamp again", [&] { return lamp(IDC_LAMP_LINK) != red; });
+
+    stop();  // the device is let go
+    refreshUntil("no time", [this] { return timeOfDay() == "TOD：无输入"; });
+    EXPECT_EQ(lamp(IDC_LAMP_LINK), red);
+}
+
+}  // namespace
+}  // namespace korvane

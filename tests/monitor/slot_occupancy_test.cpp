@@ -1,0 +1,67 @@
+#include "monitor/slot_occupancy.h"
+
+#include <gtest/gtest.h>
+
+#include "monitor/status_bytes.h"
+
+namespace korvane {
+namespace {
+
+using test::StatusBytes;
+
+struct Frame {
+    unsigned slots;
+    std::uint32_t data, capacity;
+};
+
+struct AlikeBars {
+    std::size_t count;
+    std::uint64_t percent;
+};
+
+struct Case {
+    const char* what;
+    std::vector<Frame> frames;
+    std::vector<AlikeBars> bars;  // the rest is 0
+};
+
+const Case cases[] = {
+    {"nothing", {}, {}},
+    {"one frame, rounded down", {{10, 755, 1000}}, {{10, 75}}},
+    {"two frames in a row", {{3, 1, 2}, {2, 1, 3}}, {{3, 50}, {2, 33}}},
+    {"no slots", {{0, 1, 2}, {1, 1, 4}}, {{1, 25}}},
+    {"no capacity", {{2, 5, 0}, {1, 1, 1}}, {{2, 0}, {1, 100}}},
+    {"more than all", {{40, 1, 1}, {5, 1, 2}}, {{40, 100}}},
+    {"cut in the middle", {{38, 1, 1}, {5, 1, 2}}, {{38, 100}, {2, 50}}},
+    {"a count that lies", {{255, 1, 4}}, {{40, 25}}},
+    {"above capacity", {{1, 3, 2}}, {{1, 150}}},
+    {"beyond 32 bits", {{1, 3000000000u, 4000000000u}}, {{1, 75}}},
+    {"the utmost", {{1, 0xFFFFFFFF, 1}}, {{1, 429496729500u}}},
+};
+
+TEST(SlotOccupancy, GivesEachFrameAsManyBarsAsItHasSlots) {
+    for (const Case& one : cases) {
+        StatusBytes status;
+        status.put8(11, static_cast<unsigned>(one.frames.size()));
+        std::size_t offset = StatusBytes::frame(0);
+        for (const Frame& frame : one.frames) {
+            status.put32(offset, frame.capacity).put32(offset + 4, frame.data);
+            status.put8(offset + 13, frame.slots);
+            offset += 1208;
+        }
+        std::vector<std::uint64_t> expected;
+        for (const AlikeBars& bars : one.bars)
+            expected.insert(expected.end(), bars.count, bars.percent);
+        expected.resize(40);
+        const auto bars = slotOccupancy(*status.image());
+        EXPECT_EQ(std::vector<std::uint64_t>(bars.begin(), bars.end()), expected) << one.what;
+    }
+}
+
+TEST(SlotOccupancy, CountsThatLieStayInTheirArrays) {
+    const auto bars = slotOccupancy(*StatusBytes().fill(0xFF).image());
+    for (const std::uint64_t bar : bars) EXPECT_EQ(bar, 100u);
+}
+
+}  // namespace
+}  // namespace korvane
