@@ -26,6 +26,7 @@ class Progress {
 
   private:
     ProgressSink& sink_;
+    // A firmware file can have more steps than a byte or two would count.
     std::uint32_t counter_ = 0;
     std::uint32_t total_ = 0;
 };
