@@ -51,42 +51,6 @@ TEST(StatusRecords, CountsThatLieStayInTheirArrays) {
     EXPECT_EQ(bytesOf(*image), before);
 }
 
-// A reader sees one whole image, never parts of two; under the thread sanitizer also the lock's
-// test.
-TEST(StatusCache, ReadersNeverSeeHalfAnImage) {
-    StatusCache cache;
-    std::atomic<bool> done{false};
-    std::thread writer([&] {
-        auto image = std::make_unique<DeviceStatusImage>();
-        for (int i = 0; i < 500; ++i) {
-            std::memset(static_cast<void*>(image.get()), i, sizeof *image);
-            cache.storeImage(*image);
-            StatusSummary summary{};
-            summary.year = summary.second = static_cast<std::uint16_t>(i);
-            cache.storeSummary(summary);
-            if (i % 7 == 0) cache.invalidateImage();
-        }
-        done = true;
-    });
-    const auto read = [&] {
-        auto image = std::make_unique<DeviceStatusImage>();
-        StatusSummary summary{};
-        while (!done) {
-            if (cache.image(*image)) {
-                const auto* bytes = reinterpret_cast<const std::uint8_t*>(image.get());
-                EXPECT_TRUE(std::equal(bytes + 1, bytes + sizeof *image, bytes));
-            }
-            if (cache.summary(summary)) {
-                EXPECT_EQ(summary.year, summary.second);
-            }
-        }
-    };
-    std::thread first(read), second(read);
-    writer.join();
-    first.join();
-    second.join();
-}
-
 class Poller : public testing::Test {
   protected:
     Poller() { client_.Start("10.1.2.3"); }

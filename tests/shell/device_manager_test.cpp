@@ -1,9 +1,7 @@
 #include "shell/device_manager.h"
 
-#include <array>
 #include <atomic>
 #include <condition_variable>
-#include <cstring>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <mutex>
@@ -169,52 +167,6 @@ TEST(ManagerWithSilentDevice, StopEndsAPollAndASaveUnderWay) {
     }
     EXPECT_EQ(sink->timesTold(), 1);
 }
-
-// A device that answers the first polls of a cycle and then no more.
-class FallingSilentLink : public HangingLink {
-  public:
-    explicit FallingSilentLink(int answers) : answersLeft_(answers) {}
-    int send(std::uint32_t, std::uint16_t, std::uint32_t, const void* data,
-             std::uint16_t length) override {
-        std::memcpy(request_.data(), data, request_.size());
-        return length;
-    }
-    int receive(void* buffer, std::size_t capacity, std::uint32_t& received,
-                std::uint32_t timeoutMs) override {
-        if (timeoutMs == 0 || answersLeft_ == 0)
-            return HangingLink::receive(buffer, capacity, received, timeoutMs);
-        --answersLeft_;
-        const std::uint32_t code = getBigEndian32(request_.data());
-        const std::size_t size = findCommand(code)->answerSize;
-        std::vector<std::uint8_t> answer(CommandFrame::size + size);
-        CommandFrame{code, 0, static_cast<std::uint32_t>(size)}.write(answer.data());
-        std::copy(answer.begin(), answer.end(), static_cast<std::uint8_t*>(buffer));
-        received = static_cast<std::uint32_t>(answer.size());
-        return 0;
-    }
-
-  private:
-    int answersLeft_;
-    std::array<std::uint8_t, CommandFrame::size> request_{};
-};
-
-class StopDuringPoll : public testing::TestWithParam<int> {};
-
-TEST_P(StopDuringPoll, EndsThePollerInEachOfItsCommands) {
-    test::ScratchDirectory scratch;
-    FallingSilentLink link(GetParam());
-    DeviceManager manager(link, scratch.path());
-    ASSERT_EQ(manager.Start("10.1.2.3"), 0);
-    link.awaitReceive();
-    EXPECT_EQ(manager.Stop(), 0);
-    auto image = std::make_unique<DeviceStatusImage>();
-    EXPECT_EQ(manager.getDeviceStatusImage(*image), -1);
-    std::uint16_t heartbeat = 0;
-    EXPECT_EQ(manager.client().GetHeartbeat(heartbeat), -1);
-}
-
-// Heartbeat, summary, status image, and the heartbeat of the next cycle.
-INSTANTIATE_TEST_SUITE_P(Commands, StopDuringPoll, testing::Range(0, 4));
 
 // A poller that hangs in the system while it holds the client's lock, until it is ended by force.
 class StuckLink : public HangingLink {

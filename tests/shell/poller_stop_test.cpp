@@ -3,7 +3,6 @@
 #include <mutex>
 
 #include "device/command_frame.h"
-#include "model/byte_order.h"
 #include "shell/device_manager.h"
 #include "simulator/simulator_link.h"
 #include "support/scratch_directory.h"
@@ -13,9 +12,9 @@ namespace {
 
 // The link to a device that stays silent at one command: the wait for its answer ends only with the
 // link.
-class StuckLink : public SimulatorLink {
+class SilentAtLink : public SimulatorLink {
   public:
-    StuckLink(SimulatedDevice& device, std::uint32_t command)
+    SilentAtLink(SimulatedDevice& device, std::uint32_t command)
         : SimulatorLink(device, 60000), command_(command) {}
 
     bool open() override {
@@ -76,7 +75,7 @@ class PollerStop : public testing::TestWithParam<std::uint32_t> {};
 TEST_P(PollerStop, InTheMiddleOfACommandLeavesNothingRunning) {
     test::ScratchDirectory scratch;
     SimulatedDevice device;
-    StuckLink link(device, GetParam());
+    SilentAtLink link(device, GetParam());
     DeviceManager manager(link, scratch.path());
     ASSERT_EQ(manager.Start("10.1.2.3"), 0);
     link.awaitWaiting();

@@ -22,7 +22,7 @@ bool isUniform(const DeviceStatusImage& image) {
 }
 
 // Under the thread sanitizer this is also the test of every access to the cache.
-TEST(StatusSnapshot, EveryCopyIsWholeWhileThePollerWrites) {
+TEST(StatusCache, EveryCopyIsWholeWhileThePollerWrites) {
     constexpr int writes = 2000;
     StatusCache cache;
     std::atomic<bool> done{false};
