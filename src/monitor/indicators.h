@@ -3,7 +3,7 @@
 #include <array>
 #include <string>
 
-#include "monitor/status_source.h"
+#include "device/status_source.h"
 
 namespace korvane {
 

@@ -7,7 +7,7 @@
 #include "monitor/scripted_status.h"
 #include "monitor/status_bytes.h"
 #include "resources/ids.h"
-#include "shell/test_host.h"
+#include "support/test_host.h"
 #include "ui/bar_chart.h"
 #include "ui/list_view.h"
 

@@ -4,13 +4,13 @@
 #include <gtest/gtest.h>
 #include <mutex>
 
+#include "device/device_manager.h"
 #include "monitor/monitor_panel.h"
 #include "monitor/resource_counts.h"
 #include "resources/ids.h"
-#include "shell/device_manager.h"
-#include "shell/test_host.h"
 #include "simulator/simulator_link.h"
 #include "support/scratch_directory.h"
+#include "support/test_host.h"
 
 namespace korvane {
 namespace {

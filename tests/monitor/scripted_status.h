@@ -1,6 +1,6 @@
 #pragma once
 
-#include "monitor/status_source.h"
+#include "device/status_source.h"
 
 namespace korvane::test {
 

@@ -1,4 +1,4 @@
-#include "shell/monitor_thread.h"
+#include "device/monitor_thread.h"
 
 #include <cstring>
 #include <exception>

@@ -5,8 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "shell/host_border.h"
-#include "shell/panel_body.h"
+#include "panel/panel_body.h"
 #include "ui/keyboard_hook.h"
 #include "ui/parent_follower.h"
 
@@ -41,23 +40,22 @@ class PanelWindow : public Dialog {
 // The panel of the plug-in, with or without a window.
 class MainPanel {
   public:
-    explicit MainPanel(DeviceManager& manager) : manager_(manager) {}
+    // `window` outlives the panel and always holds its window, nullptr while there is none.
+    MainPanel(DeviceManager& manager, HWND& window) : manager_(manager), handle_(window) {}
 
     // False when there is a window already or none could be made.
     bool create(HWND parent);
     // Cancels what the panel shows modally, and destroys its window if there is one.
     void destroy();
-    HWND hwnd() const { return object_.window; }
+    HWND hwnd() const { return handle_; }
     // Fills the pages from the model.
     void refresh();
-    // What the host gets.
-    PanelWindowObject& object() { return object_; }
 
   private:
     void retire();
 
     DeviceManager& manager_;
-    PanelWindowObject object_;
+    HWND& handle_;
     std::unique_ptr<PanelWindow> window_;
     // Panels that were taken down while a command of theirs was waiting for an answer: that
     // command still has to return through them.

@@ -1,4 +1,4 @@
-#include "shell/host_border.h"
+#include "plugin/host_border.h"
 
 #include <algorithm>
 #include <string_view>

@@ -6,13 +6,13 @@
 #include <new>
 #include <thread>
 
+#include "device/device_manager.h"
+#include "device/monitor_thread.h"
 #include "device/ping_host.h"
 #include "device/udp_link.h"
 #include "korvane/plugin.h"
-#include "shell/device_manager.h"
-#include "shell/host_border.h"
-#include "shell/main_panel.h"
-#include "shell/monitor_thread.h"
+#include "panel/main_panel.h"
+#include "plugin/host_border.h"
 #include "ui/modal.h"
 
 namespace korvane {
@@ -63,7 +63,8 @@ struct Plugin {
     DeviceManager manager{link, hostDirectory(), &endByForce};
     // For devices that send their status unasked. Today's are polled: it is not started.
     MonitorThread monitor;
-    MainPanel panel{manager};
+    PanelWindowObject object;  // what the host gets
+    MainPanel panel{manager, object.window};
     LibraryHold hold;
     bool started = false;
 };
@@ -117,7 +118,7 @@ int KORVANE_CALL cmmbStart(void* window, const KorvaneText* address) {
 
 void* KORVANE_CALL cmmbGetWnd() {
     try {
-        return &korvane::plugin().panel.object();
+        return &korvane::plugin().object;
     } catch (...) {
         static korvane::PanelWindowObject none;
         return &none;

@@ -3,9 +3,9 @@
 #include <array>
 #include <memory>
 
-#include "shell/device_manager.h"
-#include "shell/panel_commands.h"
-#include "shell/progress_dialog.h"
+#include "device/device_manager.h"
+#include "panel/panel_commands.h"
+#include "panel/progress_dialog.h"
 #include "ui/page.h"
 #include "ui/window_prompts.h"
 

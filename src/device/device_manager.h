@@ -10,9 +10,9 @@
 #include "device/progress_sink.h"
 #include "device/status_cache.h"
 #include "device/status_poller.h"
+#include "device/status_source.h"
 #include "device/transfer.h"
 #include "model/config_model.h"
-#include "monitor/status_source.h"
 
 namespace korvane {
 

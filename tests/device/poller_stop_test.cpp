@@ -3,7 +3,7 @@
 #include <mutex>
 
 #include "device/command_frame.h"
-#include "shell/device_manager.h"
+#include "device/device_manager.h"
 #include "simulator/simulator_link.h"
 #include "support/scratch_directory.h"
 

@@ -1,4 +1,4 @@
-#include "shell/panel_commands.h"
+#include "panel/panel_commands.h"
 
 #include <condition_variable>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "shell/device_manager.h"
+#include "device/device_manager.h"
 
 #include <atomic>
 #include <condition_variable>

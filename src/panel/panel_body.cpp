@@ -1,12 +1,12 @@
-#include "shell/panel_body.h"
+#include "panel/panel_body.h"
 
 #include <algorithm>
 #include <stdexcept>
 
 #include "monitor/monitor_panel.h"
+#include "panel/about_dialog.h"
+#include "panel/control_tables_page.h"
 #include "resources/ids.h"
-#include "shell/about_dialog.h"
-#include "shell/control_tables_page.h"
 #include "ui/controls.h"
 
 namespace korvane {

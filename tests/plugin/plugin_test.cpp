@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "host/robot.h"
-#include "shell/test_host.h"
+#include "support/test_host.h"
 
 namespace korvane {
 namespace {

@@ -1,9 +1,9 @@
-#include "shell/progress_dialog.h"
+#include "panel/progress_dialog.h"
 
 #include <cstdio>
 
+#include "panel/window_progress_sink.h"
 #include "resources/ids.h"
-#include "shell/window_progress_sink.h"
 #include "ui/controls.h"
 
 namespace korvane {

@@ -1,4 +1,4 @@
-#include "shell/main_panel.h"
+#include "panel/main_panel.h"
 
 #include <stdexcept>
 
@@ -67,9 +67,9 @@ void PanelWindow::onDestroy() {
 bool MainPanel::create(HWND parent) {
     if (hwnd() || !parent) return false;
     retire();
-    window_ = std::make_unique<PanelWindow>(manager_, [this] { object_.window = nullptr; });
+    window_ = std::make_unique<PanelWindow>(manager_, [this] { handle_ = nullptr; });
     if (!window_->create(parent)) return false;
-    object_.window = window_->hwnd();
+    handle_ = window_->hwnd();
     return true;
 }
 

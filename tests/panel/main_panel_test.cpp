@@ -1,4 +1,4 @@
-#include "shell/main_panel.h"
+#include "panel/main_panel.h"
 
 #include <algorithm>
 #include <cstring>
@@ -7,8 +7,8 @@
 
 #include "host/robot.h"
 #include "resources/ids.h"
-#include "shell/test_host.h"
 #include "support/scripted_link.h"
+#include "support/test_host.h"
 #include "ui/modal.h"
 
 namespace korvane {
@@ -59,7 +59,8 @@ class MainPanelTest : public testing::Test {
     test::TestHost host_;
     test::ScriptedLink link_;
     DeviceManager manager_{link_, "."};
-    MainPanel panel_{manager_};
+    HWND window_ = nullptr;
+    MainPanel panel_{manager_, window_};
 };
 
 TEST_F(MainPanelTest, IsThereAtOnceWithItsButtons) {
@@ -211,7 +212,7 @@ TEST_F(MainPanelTest, CanBeTakenDownWhileItShowsSomething) {
                 EXPECT_EQ(ModalScope::depth(), 1);
                 panel_.destroy();
                 EXPECT_FALSE(IsWindow(old));
-                EXPECT_EQ(panel_.object().window, nullptr);
+                EXPECT_EQ(window_, nullptr);
                 EXPECT_TRUE(panel_.create(host_.window()));
             });
             r.waitGone(shown);
@@ -235,7 +236,8 @@ TEST_F(MainPanelTest, CanBeTakenDownDuringATransfer) {
         HANDLE cancelled_ = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     } link;
     DeviceManager manager(link, ".");
-    MainPanel panel(manager);
+    HWND shown = nullptr;
+    MainPanel panel(manager, shown);
     ASSERT_EQ(manager.client().Start("127.0.0.9"), 0);
     panel_.destroy();
     ASSERT_TRUE(panel.create(host_.window()));
@@ -258,7 +260,7 @@ TEST_F(MainPanelTest, CanBeTakenDownDuringATransfer) {
 TEST_F(MainPanelTest, OutlivesAHostThatTakesItsWindowAway) {
     test::TestHost other;
     host_.destroy();
-    EXPECT_EQ(panel_.object().window, nullptr);
+    EXPECT_EQ(window_, nullptr);
     panel_.destroy();
     EXPECT_TRUE(panel_.create(other.window()));
     EXPECT_EQ(GetParent(panel_.hwnd()), other.window());

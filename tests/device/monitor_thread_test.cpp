@@ -1,4 +1,4 @@
-#include "shell/monitor_thread.h"
+#include "device/monitor_thread.h"
 
 #include <windows.h>
 
@@ -9,9 +9,9 @@
 #include <memory>
 #include <vector>
 
-#include "scripted_log_environment.h"
+#include "runtime/scripted_log_environment.h"
+#include "runtime/system_facts.h"
 #include "support/scratch_directory.h"
-#include "system_facts.h"
 
 namespace korvane {
 namespace {

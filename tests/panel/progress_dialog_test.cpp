@@ -1,4 +1,4 @@
-#include "shell/progress_dialog.h"
+#include "panel/progress_dialog.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "shell/panel_commands.h"
+#include "device/transfer_runner.h"
 #include "ui/dialog.h"
 
 namespace korvane {

@@ -1,13 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <memory>
 #include <string>
 
-#include "device/progress_sink.h"
+#include "device/device_manager.h"
+#include "device/transfer_runner.h"
 #include "model/prompts.h"
-#include "shell/device_manager.h"
 
 namespace korvane {
 
@@ -23,18 +21,6 @@ class Pages {
     // Reads the system configuration's fields into the model. Non-zero when one is wrong; then a
     // message has been shown.
     virtual int check() = 0;
-};
-
-// Runs a transfer while the operator waits and can do nothing else.
-class TransferRunner {
-  public:
-    // One of the manager's start operations: 0, or -1 when nothing was started.
-    using Start = std::function<int(std::shared_ptr<ProgressSink>)>;
-
-    virtual ~TransferRunner() = default;
-
-    // Starts it once its progress can be shown, and waits. 0, or the code of the failure.
-    virtual int run(const Start& start) = 0;
 };
 
 // The device and file commands of the main panel, each called when its button is pressed: guards,

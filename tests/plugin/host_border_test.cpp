@@ -1,9 +1,9 @@
-#include "shell/host_border.h"
+#include "plugin/host_border.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
 
-#include "shell/test_host.h"
+#include "support/test_host.h"
 
 namespace korvane {
 namespace {

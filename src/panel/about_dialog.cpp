@@ -1,4 +1,4 @@
-#include "shell/about_dialog.h"
+#include "panel/about_dialog.h"
 
 #include "resources/ids.h"
 #include "ui/controls.h"

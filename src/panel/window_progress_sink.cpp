@@ -1,4 +1,4 @@
-#include "shell/window_progress_sink.h"
+#include "panel/window_progress_sink.h"
 
 namespace korvane {
 

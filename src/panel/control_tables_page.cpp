@@ -1,4 +1,4 @@
-#include "shell/control_tables_page.h"
+#include "panel/control_tables_page.h"
 
 #include <stdexcept>
 #include <string_view>
