@@ -12,10 +12,10 @@
 #include "monitor/frame_structure_page.h"
 #include "monitor/graphic_monitor_page.h"
 #include "resources/ids.h"
+#include "text/text.h"
 #include "ui/bitmap.h"
 #include "ui/controls.h"
 #include "ui/module.h"
-#include "ui/text.h"
 
 namespace korvane {
 namespace {

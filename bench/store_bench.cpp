@@ -14,7 +14,7 @@ using namespace korvane;
 
 std::unique_ptr<ConfigModel> fullModel() {
     auto model = std::make_unique<ConfigModel>();
-    decodeImage(*test::randomImage(1, true), model->tables());
+    test::loadImage(*model, *test::randomImage(1, true));
     return model;
 }
 

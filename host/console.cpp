@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "text.h"
+#include "text/text.h"
 
 namespace korvane::host {
 
@@ -30,7 +30,7 @@ bool writeConsole(Channel channel, std::string_view text) {
     if (!usable(stream)) return false;
     DWORD mode = 0, written = 0;
     if (GetConsoleMode(stream, &mode)) {
-        const std::wstring converted = wide(text);
+        const std::wstring converted = toWide(text);
         return WriteConsoleW(stream, converted.data(), static_cast<DWORD>(converted.size()),
                              &written, nullptr) != FALSE;
     }

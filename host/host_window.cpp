@@ -7,7 +7,7 @@
 
 #include "host_ids.h"
 #include "ipv4_address.h"
-#include "text.h"
+#include "text/text.h"
 
 namespace korvane::host {
 
@@ -62,7 +62,7 @@ std::string windowText(HWND window) {
     std::wstring buffer(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
     buffer.resize(static_cast<std::size_t>(
         GetWindowTextW(window, buffer.data(), static_cast<int>(buffer.size()))));
-    return utf8(buffer);
+    return toUtf8(buffer);
 }
 
 std::string_view trimmed(std::string_view text) {
@@ -165,7 +165,7 @@ void HostWindow::layOut() {
 }
 
 void HostWindow::connectTo(std::string_view address) {
-    SetDlgItemTextW(bar_, IDC_ADDRESS, wide(address).c_str());
+    SetDlgItemTextW(bar_, IDC_ADDRESS, toWide(address).c_str());
     connect();
 }
 
@@ -180,7 +180,7 @@ void HostWindow::connect() {
     }
     const int result = plugin_.start(frame_, address);
     showStatus(startResultText(result, address));
-    SetWindowTextW(window_, (title + (L" - " + wide(address))).c_str());
+    SetWindowTextW(window_, (title + (L" - " + toWide(address))).c_str());
     // The focus stays in the bar: the panel's first button writes to the device, and a person may
     // press Enter once too often.
     showConnected(true);
@@ -199,13 +199,13 @@ void HostWindow::disconnect() {
 void HostWindow::complain(std::string_view text) {
     showStatus(text);
     MessageBeep(MB_ICONWARNING);
-    MessageBoxW(window_, wide(text).c_str(), title, MB_OK | MB_ICONWARNING);
+    MessageBoxW(window_, toWide(text).c_str(), title, MB_OK | MB_ICONWARNING);
     SetFocus(GetDlgItem(bar_, IDC_ADDRESS));
     SendDlgItemMessageW(bar_, IDC_ADDRESS, EM_SETSEL, 0, -1);
 }
 
 void HostWindow::showStatus(std::string_view text) {
-    SendMessageW(status_, SB_SETTEXTW, 0, reinterpret_cast<LPARAM>(wide(text).c_str()));
+    SendMessageW(status_, SB_SETTEXTW, 0, reinterpret_cast<LPARAM>(toWide(text).c_str()));
 }
 
 // A control that is about to be disabled must not keep the focus: no key would reach anything.
@@ -244,7 +244,7 @@ INT_PTR CALLBACK HostWindow::barProc(HWND bar, UINT message, WPARAM wParam,
     try {
         host->onBarCommand(LOWORD(wParam));
     } catch (const std::exception& error) {
-        MessageBoxW(bar, wide(error.what()).c_str(), title, MB_OK | MB_ICONERROR);
+        MessageBoxW(bar, toWide(error.what()).c_str(), title, MB_OK | MB_ICONERROR);
     }
     return TRUE;
 }

@@ -10,7 +10,7 @@
 #include "host_options.h"
 #include "host_window.h"
 #include "plugin.h"
-#include "text.h"
+#include "text/text.h"
 #include "tour.h"
 
 namespace korvane::host {
@@ -23,7 +23,7 @@ std::vector<std::string> commandLine() {
     int count = 0;
     wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
     std::vector<std::string> arguments;
-    for (int i = 1; i < count; ++i) arguments.push_back(utf8(words[i]));
+    for (int i = 1; i < count; ++i) arguments.push_back(toUtf8(words[i]));
     LocalFree(words);
     return arguments;
 }
@@ -32,7 +32,7 @@ std::vector<std::string> commandLine() {
 void tell(Channel channel, const std::string& text) {
     if (writeConsole(channel, text)) return;
     const UINT icon = channel == Channel::output ? MB_ICONINFORMATION : MB_ICONERROR;
-    MessageBoxW(nullptr, wide(text).c_str(), L"Korvane", MB_OK | icon);
+    MessageBoxW(nullptr, toWide(text).c_str(), L"Korvane", MB_OK | icon);
 }
 
 std::filesystem::path ownDirectory() {
@@ -88,7 +88,7 @@ int runHost() {
         const std::string text = std::string(error.what()) + "\n";
         // An operator sees the window; a script that runs a tour reads the stream.
         if (options.tourDirectory.empty())
-            MessageBoxW(nullptr, wide(text).c_str(), L"Korvane", MB_OK | MB_ICONERROR);
+            MessageBoxW(nullptr, toWide(text).c_str(), L"Korvane", MB_OK | MB_ICONERROR);
         else
             tell(Channel::error, "KorvaneHost: " + text);
         return exitFailed;

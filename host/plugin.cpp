@@ -2,17 +2,17 @@
 
 #include <bit>
 
-#include "text.h"
+#include "text/text.h"
 
 namespace korvane::host {
 
 namespace {
 
 std::string loadFailure(const std::filesystem::path& library, DWORD error) {
-    const std::string path = utf8(library.wstring());
+    const std::string path = toUtf8(library.wstring());
     if (error == ERROR_MOD_NOT_FOUND && !std::filesystem::exists(library))
         return "找不到插件 Korvane.dll。\n请把它放到本程序所在的目录：\n" +
-               utf8(library.parent_path().wstring());
+               toUtf8(library.parent_path().wstring());
     return "无法加载插件（错误 " + std::to_string(error) + "）：\n" + path;
 }
 

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "picture.h"
-#include "text.h"
+#include "text/text.h"
 
 namespace korvane::host {
 
@@ -183,13 +183,13 @@ std::string Robot::describeWindows() const {
 std::string Robot::caption(HWND window) const {
     wchar_t buffer[256];
     const int size = InternalGetWindowText(window, buffer, std::size(buffer));
-    return utf8({buffer, static_cast<std::size_t>(std::max(size, 0))});
+    return toUtf8({buffer, static_cast<std::size_t>(std::max(size, 0))});
 }
 
 std::string Robot::className(HWND window) const {
     wchar_t buffer[256];
     const int size = GetClassNameW(window, buffer, std::size(buffer));
-    return utf8({buffer, static_cast<std::size_t>(size)});
+    return toUtf8({buffer, static_cast<std::size_t>(size)});
 }
 
 std::string Robot::text(HWND control) const {
@@ -197,7 +197,7 @@ std::string Robot::text(HWND control) const {
     std::wstring buffer(size + 1, L'\0');
     buffer.resize(static_cast<std::size_t>(
         send(control, WM_GETTEXT, static_cast<WPARAM>(buffer.size()), buffer.data())));
-    return utf8(buffer);
+    return toUtf8(buffer);
 }
 
 // A dialog of nothing but static controls and buttons, one of the former being the text.
@@ -258,7 +258,7 @@ void Robot::key(HWND window, WORD virtualKey) const {
 }
 
 void Robot::setText(HWND control, std::string_view text) const {
-    send(control, WM_SETTEXT, 0, wide(text).c_str());
+    send(control, WM_SETTEXT, 0, toWide(text).c_str());
 }
 
 void Robot::chooseFile(HWND fileDialog, const std::filesystem::path& path) const {

@@ -3,7 +3,7 @@
 #include <iterator>
 
 #include "robot.h"
-#include "text.h"
+#include "text/text.h"
 
 namespace korvane::host {
 
@@ -22,7 +22,7 @@ std::vector<std::string> readItems(const Robot& robot, HWND control, UINT count,
         const LRESULT size = robot.send(control, length, index);
         std::wstring buffer(static_cast<std::size_t>(size) + 1, L'\0');
         robot.send(control, get, index, buffer.data());
-        items.push_back(utf8(buffer.c_str()));
+        items.push_back(toUtf8(buffer.c_str()));
     }
     return items;
 }
@@ -34,13 +34,13 @@ std::string listCell(const Robot& robot, HWND listView, int row, int column) {
     item.pszText = buffer;
     item.cchTextMax = cellRoom;
     robot.send(listView, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), &item);
-    return utf8(item.pszText);
+    return toUtf8(item.pszText);
 }
 
 std::string menuText(HMENU menu, UINT position) {
     wchar_t buffer[cellRoom] = {};
     GetMenuStringW(menu, position, buffer, cellRoom, MF_BYPOSITION);
-    return utf8(buffer);
+    return toUtf8(buffer);
 }
 
 void setRowState(const Robot& robot, HWND listView, int row, UINT state, UINT mask) {
@@ -95,7 +95,7 @@ std::vector<std::string> Robot::listColumns(HWND listView) const {
         item.pszText = buffer;
         item.cchTextMax = cellRoom;
         send(header, HDM_GETITEMW, static_cast<WPARAM>(i), &item);
-        titles.push_back(utf8(item.pszText));
+        titles.push_back(toUtf8(item.pszText));
     }
     return titles;
 }
@@ -169,7 +169,7 @@ std::vector<std::string> Robot::tabTitles(HWND tab) const {
         item.pszText = buffer;
         item.cchTextMax = cellRoom;
         send(tab, TCM_GETITEMW, static_cast<WPARAM>(i), &item);
-        titles.push_back(utf8(item.pszText));
+        titles.push_back(toUtf8(item.pszText));
     }
     return titles;
 }
@@ -192,7 +192,7 @@ void Robot::addTreeRows(HWND tree, HTREEITEM first, int depth, std::vector<TreeR
         data.pszText = buffer;
         data.cchTextMax = cellRoom;
         send(tree, TVM_GETITEMW, 0, &data);
-        rows.push_back({depth, utf8(data.pszText), item});
+        rows.push_back({depth, toUtf8(data.pszText), item});
         addTreeRows(tree, next(TVGN_CHILD, item), depth + 1, rows);
     }
 }

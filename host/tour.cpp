@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "console.h"
-#include "text.h"
+#include "text/text.h"
 
 namespace korvane::host {
 
@@ -27,12 +27,12 @@ Tour::Tour(const Robot& robot, HWND host, HostOptions options)
     : robot_(robot),
       host_(host),
       options_(std::move(options)),
-      directory_(wide(options_.tourDirectory)) {
+      directory_(toWide(options_.tourDirectory)) {
     std::filesystem::create_directories(directory_);
 }
 
 std::filesystem::path Tour::file(std::string_view name) const {
-    return directory_ / wide(name);
+    return directory_ / toWide(name);
 }
 
 bool Tour::run() {

@@ -10,7 +10,7 @@
 
 #include "host_ids.h"
 #include "host_window.h"
-#include "text.h"
+#include "text/text.h"
 #include "tour.h"
 
 namespace korvane::host {
@@ -56,7 +56,7 @@ std::string statusText(const Tour& tour) {
     const auto length = LOWORD(tour.robot().send(line, SB_GETTEXTLENGTHW));
     std::wstring buffer(length + 1u, L'\0');
     tour.robot().send(line, SB_GETTEXTW, 0, buffer.data());
-    return utf8(buffer.c_str());
+    return toUtf8(buffer.c_str());
 }
 
 void enterAddress(Tour& tour, std::string_view address) {
@@ -126,7 +126,7 @@ void watchProgress(Tour& tour, HWND progress, const std::string& name) {
         if (text == nullptr) return true;
         wchar_t buffer[32] = {};
         InternalGetWindowText(text, buffer, std::size(buffer));
-        shown.insert(utf8(buffer));
+        shown.insert(toUtf8(buffer));
         if (!pictured && shown.size() > 2) {
             tour.picture(progress, name);
             pictured = true;
@@ -382,7 +382,7 @@ void exportConfiguration(Tour& tour) {
 
 std::filesystem::path fileToImport(const Tour& tour) {
     const std::string& given = tour.options().importFile;
-    return given.empty() ? tour.file("exported.dat") : std::filesystem::path(wide(given));
+    return given.empty() ? tour.file("exported.dat") : std::filesystem::path(toWide(given));
 }
 
 void importConfiguration(Tour& tour) {

@@ -3,27 +3,27 @@
 #include <algorithm>
 #include <cstring>
 
+#include "model/object_bytes.h"
+
 namespace korvane {
 
 namespace {
 
-constexpr std::size_t headerBytes = 12;  // of SetImageHeader, behind the length byte
+using detail::headerBytes;
 
 template <class T>
-Bytes bytesOf(const T& object) {
-    static_assert(std::is_trivially_copyable_v<T>);
-    const auto* first = reinterpret_cast<const std::uint8_t*>(&object);
-    return Bytes(first, first + sizeof(T));
+Answer answerWith(const T& object) {
+    const auto bytes = bytesOf(object);
+    return Answer::with(Bytes(bytes.begin(), bytes.end()));
 }
 
 template <class T>
 void copyInto(T& object, ByteView payload) {
-    static_assert(std::is_trivially_copyable_v<T>);
-    std::memcpy(&object, payload.data(), sizeof(T));
+    std::ranges::copy(payload, writableBytesOf(object).begin());
 }
 
-std::uint8_t* imageBytes(ConfigImage& image) {
-    return reinterpret_cast<std::uint8_t*>(&image);
+Answer unknown() {
+    return Answer::refused(Refusal::UnknownCommand, "not a command of the configuration");
 }
 
 }  // namespace
@@ -58,7 +58,7 @@ Answer ConfigurationStore::handleAuxiliary(CommandCode code, ByteView payload) {
             copyInto(state_->paramsSet, payload);
             return changed();
         case CommandCode::GetDeviceParams:
-            return Answer::with(bytesOf(state_->paramsSet));
+            return answerWith(state_->paramsSet);
         case CommandCode::ApplyDeviceParams:
             state_->paramsApplied = state_->paramsSet;
             return changed("device parameters applied");
@@ -66,9 +66,9 @@ Answer ConfigurationStore::handleAuxiliary(CommandCode code, ByteView payload) {
             copyInto(state_->set.descriptions, payload);
             return changed();
         case CommandCode::GetServiceDescriptions:
-            return Answer::with(bytesOf(state_->set.descriptions));
+            return answerWith(state_->set.descriptions);
         default:
-            return Answer::refused(Refusal::UnknownCommand, "not a command of the configuration");
+            return unknown();
     }
 }
 
@@ -96,19 +96,20 @@ Answer ConfigurationStore::handleSet(const Command& command, ByteView payload) {
             return Answer::done();
         case CommandCode::SetImageHeader:
             image.header.length = payload[0];
-            std::memcpy(imageBytes(image), payload.data() + 1, headerBytes);
+            std::memcpy(&image.header, payload.data() + 1, headerBytes);
             return changed();
         case CommandCode::SetImageBlock2002:
             std::ranges::copy(payload, state_->set.block2002.begin());
             return changed();
         default:
-            std::memcpy(imageBytes(image) + command.imageOffset, payload.data(), payload.size());
+            if (!command.isBlock()) return unknown();
+            std::ranges::copy(payload, writableBytesOf(image).begin() + command.imageOffset);
             return changed();
     }
 }
 
 Answer ConfigurationStore::handleGet(const Command& command) {
-    ConfigImage& image = state_->set.image;
+    const ConfigImage& image = state_->set.image;
     switch (command.code) {
         case CommandCode::BeginConfigGet:
         case CommandCode::EndConfigGet:
@@ -116,14 +117,15 @@ Answer ConfigurationStore::handleGet(const Command& command) {
         case CommandCode::GetImageHeader: {
             Bytes header(1 + headerBytes);
             header[0] = image.header.length;
-            std::memcpy(header.data() + 1, imageBytes(image), headerBytes);
+            std::memcpy(header.data() + 1, &image.header, headerBytes);
             return Answer::with(std::move(header));
         }
         case CommandCode::GetImageBlock2002:
-            return Answer::with(bytesOf(state_->set.block2002));
+            return answerWith(state_->set.block2002);
         default: {
-            const std::uint8_t* block = imageBytes(image) + command.imageOffset;
-            return Answer::with(Bytes(block, block + command.answerSize));
+            if (!command.isBlock()) return unknown();
+            const ByteView block = bytesOf(image).subspan(command.imageOffset, command.answerSize);
+            return Answer::with(Bytes(block.begin(), block.end()));
         }
     }
 }

@@ -14,8 +14,7 @@ namespace korvane {
 
 // One whole configuration as it travels: every byte as received, numbers big-endian.
 struct DeviceConfiguration {
-    static constexpr std::size_t channelListSize =
-        1 + limits::inputChannels * sizeof(InputChannelRecord);
+    static constexpr std::size_t channelListSize = detail::channelListLimit;
     static constexpr std::size_t block2002Size =
         commandOf(CommandCode::SetImageBlock2002).requestSize;
 

@@ -2,13 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <string_view>
-#include <system_error>
 
 #include "device/command_frame.h"
 #include "device/crc32.h"
+#include "model/whole_file.h"
 
 namespace korvane {
 
@@ -82,37 +80,17 @@ std::unique_ptr<DeviceState> decodeState(ByteView bytes, std::string& error) {
 }
 
 bool saveState(const std::filesystem::path& path, const DeviceState& state, std::string& error) {
-    std::filesystem::path beside = path;
-    beside += ".new";
-    const Bytes bytes = encodeState(state);
-    std::ofstream file(beside, std::ios::binary | std::ios::trunc);
-    file.write(reinterpret_cast<const char*>(bytes.data()),
-               static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    std::error_code problem;
-    if (file.fail()) {
-        error = "cannot write " + beside.string();
-        std::filesystem::remove(beside, problem);
-        return false;
-    }
-    std::filesystem::rename(beside, path, problem);
-    if (!problem) return true;
-    error = "cannot replace " + path.string() + ": " + problem.message();
-    std::filesystem::remove(beside, problem);
+    if (replaceFile(path, encodeState(state))) return true;
+    error = "cannot write " + path.string();
     return false;
 }
 
 std::unique_ptr<DeviceState> loadState(const std::filesystem::path& path, std::string& error) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        error = "it cannot be read";
-        return nullptr;
-    }
     // One byte more than a good file has tells a longer one without reading it all.
-    Bytes bytes(state_file::fileSize + 1);
-    file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(file.gcount()));
-    return decodeState(bytes, error);
+    Bytes bytes;
+    if (readFile(path, state_file::fileSize + 1, bytes) == 0) return decodeState(bytes, error);
+    error = "it cannot be read";
+    return nullptr;
 }
 
 }  // namespace korvane

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string_view>
 
 #include "device/status_records.h"
@@ -70,32 +72,42 @@ struct Command {
     std::size_t requestSize;  // payload bytes that go out; `variable`: the operation says
     std::size_t answerSize;   // payload bytes that must come back
     AnswerRule rule;
-    std::size_t imageOffset;  // where a block command's payload stands in ConfigImage
+    std::size_t imageOffset = noBlock;  // where a block command's payload stands in ConfigImage
+
+    static constexpr std::size_t noBlock = static_cast<std::size_t>(-1);
+    constexpr bool isBlock() const { return imageOffset != noBlock; }
 };
 
 namespace detail {
 using enum CommandCode;
 using enum AnswerRule;
 
+// Of the channel list: a count byte and the records.
 constexpr std::size_t channelListLimit = 1 + limits::inputChannels * sizeof(InputChannelRecord);
-constexpr std::size_t headerSize = 13;      // the length byte, then image bytes 0-11
+constexpr std::size_t headerBytes = 12;              // of the image's header, those that travel
+constexpr std::size_t headerSize = 1 + headerBytes;  // behind the length byte, which comes first
 constexpr std::size_t block2002Size = 974;  // u16 and 972 bytes; no image byte belongs to it
 
+// Where a member of the image stands in it.
+struct Block {
+    std::size_t offset, size;
+};
+#define KORVANE_BLOCK(member) \
+    (detail::Block{offsetof(ConfigImage, member), sizeof(ConfigImage::member)})
+
 // What happens to one block of the image in both directions.
-constexpr Command setBlock(CommandCode code, std::string_view name, std::size_t offset,
-                           std::size_t size) {
-    return {code, name, size, 0, StatusOnly, offset};
+constexpr Command setBlock(CommandCode code, std::string_view name, Block block) {
+    return {code, name, block.size, 0, StatusOnly, block.offset};
 }
-constexpr Command getBlock(CommandCode code, std::string_view name, std::size_t offset,
-                           std::size_t size) {
-    return {code, name, 0, size, ExactSize, offset};
+constexpr Command getBlock(CommandCode code, std::string_view name, Block block) {
+    return {code, name, 0, block.size, ExactSize, block.offset};
 }
 constexpr Command action(CommandCode code, std::string_view name, std::size_t requestSize = 0) {
-    return {code, name, requestSize, 0, StatusOnly, 0};
+    return {code, name, requestSize, 0, StatusOnly};
 }
 constexpr Command query(CommandCode code, std::string_view name, std::size_t answerSize,
                         std::size_t requestSize = 0, AnswerRule rule = ExactSize) {
-    return {code, name, requestSize, answerSize, rule, 0};
+    return {code, name, requestSize, answerSize, rule};
 }
 }  // namespace detail
 
@@ -114,44 +126,34 @@ inline constexpr std::array commandTable = {
     detail::action(CommandCode::BeginConfigSet, "BeginConfigSet", 1),
     detail::action(CommandCode::SetImageHeader, "SetImageHeader", detail::headerSize),
     detail::action(CommandCode::SetImageBlock2002, "SetImageBlock2002", detail::block2002Size),
-    detail::setBlock(CommandCode::SetImageBlock624, "SetImageBlock624",
-                     offsetof(ConfigImage, network), sizeof(NetworkBlock)),
-    detail::setBlock(CommandCode::SetImageBlockA, "SetImageBlockA",
-                     offsetof(ConfigImage, continuous), sizeof(MultiplexBlock)),
+    detail::setBlock(CommandCode::SetImageBlock624, "SetImageBlock624", KORVANE_BLOCK(network)),
+    detail::setBlock(CommandCode::SetImageBlockA, "SetImageBlockA", KORVANE_BLOCK(continuous)),
     detail::setBlock(CommandCode::SetImageBlockC, "SetImageBlockC",
-                     offsetof(ConfigImage, continuousServices), sizeof(ServiceFrequencyBlock)),
-    detail::setBlock(CommandCode::SetImageBlock264, "SetImageBlock264",
-                     offsetof(ConfigImage, params264), sizeof(ParamBlock264)),
+                     KORVANE_BLOCK(continuousServices)),
+    detail::setBlock(CommandCode::SetImageBlock264, "SetImageBlock264", KORVANE_BLOCK(params264)),
     detail::setBlock(CommandCode::SetImageBlock92, "SetImageBlock92",
-                     offsetof(ConfigImage, caDescriptions), sizeof(CaBlock)),
-    detail::setBlock(CommandCode::SetImageBlock72, "SetImageBlock72",
-                     offsetof(ConfigImage, outputParams), sizeof(OutputParamBlock)),
-    detail::setBlock(CommandCode::SetImageBlockB, "SetImageBlockB",
-                     offsetof(ConfigImage, shortTime), sizeof(MultiplexBlock)),
+                     KORVANE_BLOCK(caDescriptions)),
+    detail::setBlock(CommandCode::SetImageBlock72, "SetImageBlock72", KORVANE_BLOCK(outputParams)),
+    detail::setBlock(CommandCode::SetImageBlockB, "SetImageBlockB", KORVANE_BLOCK(shortTime)),
     detail::setBlock(CommandCode::SetImageBlockD, "SetImageBlockD",
-                     offsetof(ConfigImage, shortTimeServices), sizeof(ServiceFrequencyBlock)),
+                     KORVANE_BLOCK(shortTimeServices)),
     detail::action(CommandCode::EndConfigSet, "EndConfigSet", 1),
     detail::action(CommandCode::BeginConfigGet, "BeginConfigGet", 1),
     detail::query(CommandCode::GetImageHeader, "GetImageHeader", detail::headerSize, 0,
                   AnswerRule::StatusFirst),
     detail::query(CommandCode::GetImageBlock2002, "GetImageBlock2002", detail::block2002Size, 0,
                   AnswerRule::StatusFirst),
-    detail::getBlock(CommandCode::GetImageBlock624, "GetImageBlock624",
-                     offsetof(ConfigImage, network), sizeof(NetworkBlock)),
-    detail::getBlock(CommandCode::GetImageBlockA, "GetImageBlockA",
-                     offsetof(ConfigImage, continuous), sizeof(MultiplexBlock)),
+    detail::getBlock(CommandCode::GetImageBlock624, "GetImageBlock624", KORVANE_BLOCK(network)),
+    detail::getBlock(CommandCode::GetImageBlockA, "GetImageBlockA", KORVANE_BLOCK(continuous)),
     detail::getBlock(CommandCode::GetImageBlockC, "GetImageBlockC",
-                     offsetof(ConfigImage, continuousServices), sizeof(ServiceFrequencyBlock)),
-    detail::getBlock(CommandCode::GetImageBlock264, "GetImageBlock264",
-                     offsetof(ConfigImage, params264), sizeof(ParamBlock264)),
+                     KORVANE_BLOCK(continuousServices)),
+    detail::getBlock(CommandCode::GetImageBlock264, "GetImageBlock264", KORVANE_BLOCK(params264)),
     detail::getBlock(CommandCode::GetImageBlock92, "GetImageBlock92",
-                     offsetof(ConfigImage, caDescriptions), sizeof(CaBlock)),
-    detail::getBlock(CommandCode::GetImageBlock72, "GetImageBlock72",
-                     offsetof(ConfigImage, outputParams), sizeof(OutputParamBlock)),
-    detail::getBlock(CommandCode::GetImageBlockB, "GetImageBlockB",
-                     offsetof(ConfigImage, shortTime), sizeof(MultiplexBlock)),
+                     KORVANE_BLOCK(caDescriptions)),
+    detail::getBlock(CommandCode::GetImageBlock72, "GetImageBlock72", KORVANE_BLOCK(outputParams)),
+    detail::getBlock(CommandCode::GetImageBlockB, "GetImageBlockB", KORVANE_BLOCK(shortTime)),
     detail::getBlock(CommandCode::GetImageBlockD, "GetImageBlockD",
-                     offsetof(ConfigImage, shortTimeServices), sizeof(ServiceFrequencyBlock)),
+                     KORVANE_BLOCK(shortTimeServices)),
     detail::action(CommandCode::EndConfigGet, "EndConfigGet", 1),
     detail::action(CommandCode::ActivateConfig, "ActivateConfig"),
     detail::action(CommandCode::RebootDevice, "RebootDevice"),
@@ -165,6 +167,10 @@ inline constexpr std::array commandTable = {
     detail::query(CommandCode::GetUpgradeState, "GetUpgradeState", 1),
 };
 
+static_assert(std::ranges::adjacent_find(commandTable, std::ranges::greater_equal{},
+                                         &Command::code) == commandTable.end());
+#undef KORVANE_BLOCK
+
 // The row of a code, or null: the device's other codes go out empty and come back unchecked.
 constexpr const Command* findCommand(std::uint32_t code) {
     for (const Command& command : commandTable)
@@ -172,9 +178,19 @@ constexpr const Command* findCommand(std::uint32_t code) {
     return nullptr;
 }
 
-// The row of a known code.
-constexpr const Command& commandOf(CommandCode code) {
+// The row of a code that is known to have one: a command without does not build.
+consteval const Command& commandOf(CommandCode code) {
     return *findCommand(static_cast<std::uint32_t>(code));
 }
+
+// A command as the operations name it, by its code; again one without a row does not build.
+class KnownCommand {
+  public:
+    consteval KnownCommand(CommandCode code) : row_(&commandOf(code)) {}
+    const Command* operator->() const { return row_; }
+
+  private:
+    const Command* row_;
+};
 
 }  // namespace korvane

@@ -56,7 +56,7 @@ class DeviceClient {
     std::uint32_t attempts = defaultAttempts;
 
     // The commands, by the table's names; results are Exchange's. Records, images and blocks are in
-    // network order both ways.
+    // network order both ways, single numbers in host order. What fails leaves its out value alone.
     int SetInputChannels(const FlatChannelList& channels);
     int GetInputChannels(FlatChannelList& channels);  // more than 60 are cut to 60
     int SetDeviceParams(const DeviceParamBlock& params);
@@ -65,7 +65,10 @@ class DeviceClient {
     int SetServiceDescriptions(const ServiceDescriptionImage& image);
     int GetServiceDescriptions(ServiceDescriptionImage& image);
 
-    // One block each; Begin… and End… carry the image's transfer byte.
+    // One block each, of which the device calls some by their size or a letter: 624 is the network
+    // information, A and B the continuous and the short-time frames, C and D their services'
+    // frequencies, 264 the versions, 92 conditional access, 72 the output parameters. Begin… and
+    // End… carry the image's transfer byte.
     int BeginConfigSet(const ConfigImage& image);
     int SetImageHeader(const ConfigImage& image);
     int SetImageBlock624(const ConfigImage& image);
@@ -126,12 +129,12 @@ class DeviceClient {
     int receiveTrain(std::size_t total);
     int decodeAnswer(std::uint32_t code, std::span<std::uint8_t> response);
 
-    int exchange(CommandCode code, std::span<const std::uint8_t> request = {},
+    int exchange(KnownCommand command, std::span<const std::uint8_t> request = {},
                  std::span<std::uint8_t> response = {});
-    int statusExchange(CommandCode code, std::uint32_t timeoutMs,
+    int statusExchange(KnownCommand command, std::uint32_t timeoutMs,
                        std::span<const std::uint8_t> request, std::span<std::uint8_t> response);
-    int sendBlock(CommandCode code, const ConfigImage& image);
-    int fetchBlock(CommandCode code, ConfigImage& image);
+    int sendBlock(KnownCommand command, const ConfigImage& image);
+    int fetchBlock(KnownCommand command, ConfigImage& image);
 
     DeviceLink& link_;
     ExchangeLock lock_;  // held for a whole exchange; the status commands hold it around theirs

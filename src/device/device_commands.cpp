@@ -4,58 +4,47 @@
 #include <vector>
 
 #include "device/device_client.h"
+#include "model/byte_order.h"
+#include "model/object_bytes.h"
 
 // The commands of DeviceClient: what each puts into its request and takes from its answer.
 
 namespace korvane {
 namespace {
 
-template <class T>
-std::span<const std::uint8_t> bytesOf(const T& object) {
-    return {reinterpret_cast<const std::uint8_t*>(&object), sizeof object};
-}
-
-template <class T>
-std::span<std::uint8_t> writableBytesOf(T& object) {
-    return {reinterpret_cast<std::uint8_t*>(&object), sizeof object};
-}
-
 // Command 2001's and 3001's own order of the header: the length byte, then image bytes 0-11.
-constexpr std::size_t headerBytes = 12;
-using HeaderPayload = std::array<std::uint8_t, 1 + headerBytes>;
+using HeaderPayload = std::array<std::uint8_t, detail::headerSize>;
 
 }  // namespace
 
-int DeviceClient::exchange(CommandCode code, std::span<const std::uint8_t> request,
+int DeviceClient::exchange(KnownCommand command, std::span<const std::uint8_t> request,
                            std::span<std::uint8_t> response) {
-    return Exchange(static_cast<std::uint32_t>(code), request, response);
+    return Exchange(static_cast<std::uint32_t>(command->code), request, response);
 }
 
-int DeviceClient::statusExchange(CommandCode code, std::uint32_t timeoutMs,
+int DeviceClient::statusExchange(KnownCommand command, std::uint32_t timeoutMs,
                                  std::span<const std::uint8_t> request,
                                  std::span<std::uint8_t> response) {
     const std::lock_guard guard(lock_);
     attempts = 1;
     SetTimeout(timeoutMs, Timeout::Receive);
-    const int result = exchange(code, request, response);
+    const int result = exchange(command, request, response);
     SetTimeout(0, Timeout::Defaults);
     attempts = defaultAttempts;
     return result;
 }
 
-int DeviceClient::sendBlock(CommandCode code, const ConfigImage& image) {
-    const Command& command = commandOf(code);
-    return exchange(code, bytesOf(image).subspan(command.imageOffset, command.requestSize));
+int DeviceClient::sendBlock(KnownCommand command, const ConfigImage& image) {
+    return exchange(command, bytesOf(image).subspan(command->imageOffset, command->requestSize));
 }
 
-int DeviceClient::fetchBlock(CommandCode code, ConfigImage& image) {
-    const Command& command = commandOf(code);
-    return exchange(code, {},
-                    writableBytesOf(image).subspan(command.imageOffset, command.answerSize));
+int DeviceClient::fetchBlock(KnownCommand command, ConfigImage& image) {
+    return exchange(command, {},
+                    writableBytesOf(image).subspan(command->imageOffset, command->answerSize));
 }
 
 int DeviceClient::SetInputChannels(const FlatChannelList& channels) {
-    std::array<std::uint8_t, 1 + limits::inputChannels * sizeof(InputChannelRecord)> payload{};
+    std::array<std::uint8_t, detail::channelListLimit> payload{};
     payload[0] = static_cast<std::uint8_t>(channels.size());
     const std::size_t recordBytes = channels.size() * sizeof(InputChannelRecord);
     std::memcpy(payload.data() + 1, channels.begin(), recordBytes);
@@ -63,7 +52,7 @@ int DeviceClient::SetInputChannels(const FlatChannelList& channels) {
 }
 
 int DeviceClient::GetInputChannels(FlatChannelList& channels) {
-    std::array<std::uint8_t, 1 + limits::inputChannels * sizeof(InputChannelRecord)> payload{};
+    std::array<std::uint8_t, detail::channelListLimit> payload{};
     const int result = exchange(CommandCode::GetInputChannels, {}, payload);
     if (result != 0) return result;
     channels.resize(payload[0]);
@@ -94,7 +83,7 @@ int DeviceClient::BeginConfigSet(const ConfigImage& image) {
 }
 int DeviceClient::SetImageHeader(const ConfigImage& image) {
     HeaderPayload payload{image.header.length};
-    std::memcpy(payload.data() + 1, &image.header, headerBytes);
+    std::memcpy(payload.data() + 1, &image.header, detail::headerBytes);
     return exchange(CommandCode::SetImageHeader, payload);
 }
 int DeviceClient::SetImageBlock624(const ConfigImage& image) {
@@ -133,7 +122,7 @@ int DeviceClient::GetImageHeader(ConfigImage& image) {
     const int result = exchange(CommandCode::GetImageHeader, {}, payload);
     if (result != 0) return result;
     image.header.length = payload[0];
-    std::memcpy(&image.header, payload.data() + 1, headerBytes);
+    std::memcpy(&image.header, payload.data() + 1, detail::headerBytes);
     return 0;
 }
 int DeviceClient::GetImageBlock624(ConfigImage& image) {
@@ -182,7 +171,13 @@ int DeviceClient::RestoreDefaults() {
 }
 
 int DeviceClient::GetHeartbeat(std::uint16_t& value) {
-    return statusExchange(CommandCode::GetHeartbeat, 500, {}, writableBytesOf(value));
+    std::uint16_t received = 0;
+    const int result =
+        statusExchange(CommandCode::GetHeartbeat, 500, {}, writableBytesOf(received));
+    if (result != 0) return result;
+    turn(received);
+    value = received;
+    return 0;
 }
 int DeviceClient::GetDeviceStatus(DeviceStatusImage& image) {
     return statusExchange(CommandCode::GetDeviceStatus, 1000, {}, writableBytesOf(image));

@@ -110,9 +110,7 @@ int DeviceManager::getAlarmBits(std::vector<bool>& out) const {
         for (int bit = 0; bit < 8; ++bit) out.push_back((alarms >> bit & 1) != 0);
         return 0;
     }
-    // A save keeps the link busy, and the device takes its time to make it take effect.
-    constexpr std::uint32_t settlingMs = 10000;
-    if (saveInProgress_) return 1;
+    if (saveInProgress_) return 1;  // it keeps the link busy
     return link_.ticks() - lastSaveEnd_ >= settlingMs ? -1 : 1;
 }
 

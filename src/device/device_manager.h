@@ -16,6 +16,11 @@
 
 namespace korvane {
 
+// The device takes that long to make a setting take effect: until then the next one has to wait,
+// and a missing status is no news.
+inline constexpr std::uint32_t settlingSeconds = 10;
+inline constexpr std::uint32_t settlingMs = settlingSeconds * 1000;
+
 // Owns everything that one managed device needs: model, client, status cache, poller and the
 // worker of a transfer. One instance lives from the first call of the library to the end of the
 // process. Start, Stop and the start operations belong to the host's user-interface thread.
@@ -42,14 +47,14 @@ class DeviceManager : public StatusSource {
     // Each starts one transfer on a worker thread, which waits 1,000 ms for the sink's window to
     // come up, runs and reports its outcome to the sink exactly once. 0, or -1 when it could not be
     // started or another one is still running; then the sink hears nothing.
-    int startDownload(std::shared_ptr<ProgressSink> sink);  // save to the device
-    int startUpload(std::shared_ptr<ProgressSink> sink);    // load from the device
+    int startDownload(std::shared_ptr<ProgressSink> sink);  // to the device: 设置
+    int startUpload(std::shared_ptr<ProgressSink> sink);    // from the device: 刷新
     int startUpgrade(std::shared_ptr<ProgressSink> sink, std::filesystem::path firmware);
 
     // 0 and the latest summary, or -1 while none has arrived.
     int getStatusSummary(StatusSummary& out) const override;
     // 0 and the eight alarm bits appended, bit 0 first; without a valid status 1 (no news: a save
-    // is under way or ended less than 10,000 ms ago) or -1 (link lost).
+    // is under way or ended less than settlingMs ago) or -1 (link lost).
     int getAlarmBits(std::vector<bool>& out) const override;
     // 0 and the latest status, or -1 while the last poll failed.
     int getDeviceStatusImage(DeviceStatusImage& out) const override;

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <vector>
 
+#include "device/command_frame.h"
 #include "runtime/thread.h"
 
 namespace korvane {
@@ -19,10 +20,6 @@ constexpr int normalPriority = 0;
 constexpr std::size_t headerSize = 8;
 constexpr std::uint32_t magic = 0x1234;
 constexpr std::size_t datagramSize = headerSize + sizeof(DeviceStatusImage);
-
-std::uint32_t bigEndianAt(const std::uint8_t* bytes) {
-    return std::uint32_t{bytes[0]} << 24 | bytes[1] << 16 | bytes[2] << 8 | bytes[3];
-}
 
 }  // namespace
 
@@ -92,8 +89,8 @@ bool MonitorThread::Listener::waitForDatagram() {
 // A length that is true of a datagram too short for a status makes it no status either.
 bool MonitorThread::Listener::accept(std::size_t size) {
     const std::uint8_t* bytes = buffer_.data();
-    if (size != datagramSize || bigEndianAt(bytes) != magic ||
-        bigEndianAt(bytes + 4) != size - headerSize)
+    if (size != datagramSize || getBigEndian32(bytes) != magic ||
+        getBigEndian32(bytes + 4) != size - headerSize)
         return false;
     std::memcpy(&image_, bytes + headerSize, sizeof image_);
     fromNetworkOrder(image_);

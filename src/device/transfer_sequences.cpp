@@ -3,107 +3,104 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <fstream>
 #include <limits>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "device/crc32.h"
-#include "model/config_image.h"
+#include "model/whole_file.h"
 
 namespace korvane {
 namespace {
 
-// One command of a sequence over the image, and the steps that it is worth.
-struct SendStep {
-    int (DeviceClient::*command)(const ConfigImage&);
-    std::uint32_t weight;
-};
-struct FetchStep {
-    int (DeviceClient::*command)(ConfigImage&);
+// One step of a sequence over a configuration, and how much of the whole it counts.
+struct Step {
+    int (*run)(DeviceClient&, Configuration&);
     std::uint32_t weight;
 };
 
-constexpr std::uint32_t saveTotal = 19;
-constexpr std::array<SendStep, 11> saveSteps = {{
-    {&DeviceClient::BeginConfigSet, 1},
-    {&DeviceClient::SetImageHeader, 1},
-    {&DeviceClient::SetImageBlock624, 0},
-    {&DeviceClient::SetImageBlockA, 1},
-    {&DeviceClient::SetImageBlockC, 1},
-    {&DeviceClient::SetImageBlockB, 1},
-    {&DeviceClient::SetImageBlockD, 1},
-    {&DeviceClient::SetImageBlock264, 1},
-    {&DeviceClient::SetImageBlock92, 1},
-    {&DeviceClient::SetImageBlock72, 1},
-    {&DeviceClient::EndConfigSet, 1},
-}};
+template <auto Command>
+int onImage(DeviceClient& client, Configuration& configuration) {
+    return (client.*Command)(configuration.image);
+}
 
-constexpr std::uint32_t loadTotal = 15;
-constexpr std::array<FetchStep, 11> loadSteps = {{
-    {&DeviceClient::BeginConfigGet, 1},
-    {&DeviceClient::GetImageHeader, 1},
-    {&DeviceClient::GetImageBlock624, 1},
-    {&DeviceClient::GetImageBlockA, 1},
-    {&DeviceClient::GetImageBlockC, 1},
-    {&DeviceClient::GetImageBlockB, 1},
-    {&DeviceClient::GetImageBlockD, 1},
-    {&DeviceClient::GetImageBlock264, 1},
-    {&DeviceClient::GetImageBlock92, 1},
-    {&DeviceClient::GetImageBlock72, 1},
-    {&DeviceClient::EndConfigGet, 0},
-}};
+int sendChannels(DeviceClient& client, Configuration& configuration) {
+    return client.SetInputChannels(configuration.channels);
+}
+int sendDescriptions(DeviceClient& client, Configuration& configuration) {
+    return client.SetServiceDescriptions(configuration.descriptions);
+}
+int activate(DeviceClient& client, Configuration&) {
+    return client.ActivateConfig();
+}
+
+// Of a configuration in network order.
+constexpr std::array saveSteps = {
+    Step{&sendChannels, 1},
+    Step{&onImage<&DeviceClient::BeginConfigSet>, 1},
+    Step{&onImage<&DeviceClient::SetImageHeader>, 1},
+    Step{&onImage<&DeviceClient::SetImageBlock624>, 0},
+    Step{&onImage<&DeviceClient::SetImageBlockA>, 1},
+    Step{&onImage<&DeviceClient::SetImageBlockC>, 1},
+    Step{&onImage<&DeviceClient::SetImageBlockB>, 1},
+    Step{&onImage<&DeviceClient::SetImageBlockD>, 1},
+    Step{&onImage<&DeviceClient::SetImageBlock264>, 1},
+    Step{&onImage<&DeviceClient::SetImageBlock92>, 1},
+    Step{&onImage<&DeviceClient::SetImageBlock72>, 1},
+    Step{&onImage<&DeviceClient::EndConfigSet>, 1},
+    Step{&sendDescriptions, 2},
+    Step{&activate, 5},
+};
+constexpr std::uint32_t cacheWeight = 1;  // of keeping a copy before a save
+
+int fetchChannels(DeviceClient& client, Configuration& configuration) {
+    return client.GetInputChannels(configuration.channels);
+}
+int fetchDescriptions(DeviceClient& client, Configuration& configuration) {
+    return client.GetServiceDescriptions(configuration.descriptions);
+}
+int fetchParams(DeviceClient& client, Configuration& configuration) {
+    return client.GetDeviceParams(configuration.params);
+}
+// The image is complete; it is read once all has arrived.
+int completeImage(DeviceClient&, Configuration&) {
+    return 0;
+}
+
+constexpr std::array loadSteps = {
+    Step{&fetchChannels, 1},
+    Step{&onImage<&DeviceClient::BeginConfigGet>, 1},
+    Step{&onImage<&DeviceClient::GetImageHeader>, 1},
+    Step{&onImage<&DeviceClient::GetImageBlock624>, 1},
+    Step{&onImage<&DeviceClient::GetImageBlockA>, 1},
+    Step{&onImage<&DeviceClient::GetImageBlockC>, 1},
+    Step{&onImage<&DeviceClient::GetImageBlockB>, 1},
+    Step{&onImage<&DeviceClient::GetImageBlockD>, 1},
+    Step{&onImage<&DeviceClient::GetImageBlock264>, 1},
+    Step{&onImage<&DeviceClient::GetImageBlock92>, 1},
+    Step{&onImage<&DeviceClient::GetImageBlock72>, 1},
+    Step{&onImage<&DeviceClient::EndConfigGet>, 0},
+    Step{&completeImage, 1},
+    Step{&fetchDescriptions, 2},
+    Step{&fetchParams, 1},
+};
 
 template <class Steps>
-int runSteps(DeviceClient& client, const Steps& steps, ConfigImage& image, Progress& progress) {
-    for (const auto& step : steps) {
-        const int result = (client.*step.command)(image);
+constexpr std::uint32_t totalOf(const Steps& steps) {
+    std::uint32_t total = 0;
+    for (const Step& step : steps) total += step.weight;
+    return total;
+}
+
+template <class Steps>
+int runSteps(const Steps& steps, DeviceClient& client, Configuration& configuration,
+             Progress& progress) {
+    for (const Step& step : steps) {
+        const int result = step.run(client, configuration);
         if (result != 0) return result;
         if (step.weight != 0) progress.add(step.weight);
     }
     return 0;
-}
-
-int sendChannels(DeviceClient& client, ConfigModel& model) {
-    FlatChannelList channels = model.flatChannels();
-    for (InputChannelRecord& record : channels) toNetworkOrder(record);
-    return client.SetInputChannels(channels);
-}
-
-int sendDescriptions(DeviceClient& client, const ConfigModel& model) {
-    auto image = std::make_unique<ServiceDescriptionImage>();
-    encodeDescriptions(model.tables(), *image);
-    toNetworkOrder(*image);
-    return client.SetServiceDescriptions(*image);
-}
-
-// What a load gathers before the model sees any of it; everything in host order.
-struct FetchedConfiguration {
-    FlatChannelList channels;
-    ConfigImage image;
-    ServiceDescriptionImage descriptions;
-    DeviceParamBlock params;
-};
-
-void storeFetched(const FetchedConfiguration& fetched, ConfigModel& model) {
-    model.setFlatChannels(fetched.channels);
-    decodeImage(fetched.image, model.tables());
-    decodeDescriptions(fetched.descriptions, model.tables());
-    model.deviceParams() = fetched.params;
-}
-
-// The whole file, or nothing when it cannot be read to its end.
-std::optional<std::vector<std::uint8_t>> readWhole(std::ifstream& file) {
-    file.seekg(0, std::ios::end);
-    const std::streamoff size = file.tellg();
-    file.seekg(0);
-    // Lengths travel as 32 bits, and the checksum takes an int.
-    if (size < 0 || size > std::numeric_limits<int>::max()) return std::nullopt;
-    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(size));
-    file.read(reinterpret_cast<char*>(bytes.data()), size);
-    if (file.gcount() != size) return std::nullopt;
-    return bytes;
 }
 
 int sendPieces(DeviceClient& client, std::span<const std::uint8_t> bytes,
@@ -136,66 +133,44 @@ int awaitUpgrade(DeviceClient& client, DeviceLink& link, Progress& progress) {
 
 }  // namespace
 
-int runSave(DeviceClient& client, ConfigModel& model, Progress& progress) {
-    progress.setTotal(saveTotal);
+int runSave(DeviceClient& client, const ConfigModel& model, Progress& progress) {
+    progress.setTotal(cacheWeight + totalOf(saveSteps));
     model.saveCacheFile();  // a configuration that cannot be kept here can still be sent
-    progress.add(1);
-    int result = sendChannels(client, model);
-    if (result != 0) return result;
-    progress.add(1);
-
-    auto image = std::make_unique<ConfigImage>();
-    encodeImage(model.tables(), *image);
-    toNetworkOrder(*image);
-    result = runSteps(client, saveSteps, *image, progress);
-    if (result == 0) result = sendDescriptions(client, model);
-    if (result != 0) return result;
-    progress.add(2);
-    result = client.ActivateConfig();
-    if (result == 0) progress.add(5);
-    return result;
+    progress.add(cacheWeight);
+    const auto configuration = model.configuration();
+    toNetworkOrder(*configuration);
+    return runSteps(saveSteps, client, *configuration, progress);
 }
 
 int runLoad(DeviceClient& client, ConfigModel& model, Progress& progress) {
-    progress.setTotal(loadTotal);
-    auto fetched = std::make_unique<FetchedConfiguration>();
-    int result = client.GetInputChannels(fetched->channels);
+    progress.setTotal(totalOf(loadSteps));
+    const auto fetched = std::make_unique<Configuration>();
+    const int result = runSteps(loadSteps, client, *fetched, progress);
     if (result != 0) return result;
-    for (InputChannelRecord& record : fetched->channels) fromNetworkOrder(record);
-    progress.add(1);
-
-    result = runSteps(client, loadSteps, fetched->image, progress);
-    if (result != 0) return result;
-    fromNetworkOrder(fetched->image);
-    progress.add(1);
-    result = client.GetServiceDescriptions(fetched->descriptions);
-    if (result != 0) return result;
-    fromNetworkOrder(fetched->descriptions);
-    progress.add(2);
-    result = client.GetDeviceParams(fetched->params);
-    if (result != 0) return result;
-    storeFetched(*fetched, model);
-    progress.add(1);
+    fromNetworkOrder(*fetched);
+    model.load(*fetched);
     return 0;
 }
 
 int runUpgrade(DeviceClient& client, DeviceLink& link, const std::filesystem::path& path,
                const std::function<bool()>& stopRequested, Progress& progress) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return upgrade_result::cannotOpen;
-    const auto bytes = readWhole(file);
-    if (!bytes) return upgrade_result::cannotRead;
+    // Lengths travel as 32 bits, and the checksum takes an int.
+    constexpr std::size_t longest = std::numeric_limits<int>::max();
+    std::vector<std::uint8_t> bytes;
+    const int read = readFile(path, longest + 1, bytes);
+    if (read == file_result::cannotOpen) return upgrade_result::cannotOpen;
+    if (read != 0 || bytes.size() > longest) return upgrade_result::cannotRead;
 
-    const auto length = static_cast<std::uint32_t>(bytes->size());
+    const auto length = static_cast<std::uint32_t>(bytes.size());
     constexpr std::uint32_t stepBytes = 10240, otherSteps = 25;
     progress.setTotal(length / stepBytes + otherSteps);
     progress.startAt(1);
     const std::u8string name = path.filename().u8string();
     int result = client.BeginUpgrade({name.begin(), name.end()}, length,
-                                     Crc32(bytes->data(), static_cast<int>(length)));
+                                     Crc32(bytes.data(), static_cast<int>(length)));
     if (result != 0) return result;
     progress.add(1);
-    result = sendPieces(client, *bytes, stopRequested, progress);
+    result = sendPieces(client, bytes, stopRequested, progress);
     if (result == 0) result = client.FinishUpgrade();
     return result != 0 ? result : awaitUpgrade(client, link, progress);
 }

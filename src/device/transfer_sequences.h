@@ -13,7 +13,7 @@ namespace korvane {
 // already sent to the device stays there.
 
 // Writes the cache file, then sends the whole configuration and makes it take effect.
-int runSave(DeviceClient& client, ConfigModel& model, Progress& progress);
+int runSave(DeviceClient& client, const ConfigModel& model, Progress& progress);
 
 // Fetches the whole configuration; the model changes only when all of it has arrived.
 int runLoad(DeviceClient& client, ConfigModel& model, Progress& progress);

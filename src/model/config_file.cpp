@@ -1,13 +1,9 @@
 #include "model/config_file.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cstring>
-#include <fstream>
-#include <random>
-#include <string>
-#include <system_error>
-#include <thread>
+#include <memory>
+
+#include "model/object_bytes.h"
 
 namespace korvane {
 namespace config_file {
@@ -50,68 +46,53 @@ void convertBlock(const OldMultiplexBlock& old, MultiplexBlock& block) {
     for (std::size_t i = 0; i < block.frameCount; ++i) convertFrame(old.frames[i], block.frames[i]);
 }
 
-// Reads what is there of a fixed-size object; the bytes that the file lacks keep their value.
-template <class T>
-bool readObject(std::istream& file, T& object) {
-    file.read(reinterpret_cast<char*>(&object), sizeof object);
-    return file.gcount() == static_cast<std::streamsize>(sizeof object);
-}
+// The rest of a file, read from front to back.
+class Reader {
+  public:
+    explicit Reader(std::span<const std::uint8_t> file) : rest_(file) {}
 
-template <class T>
-void writeObject(std::ostream& file, const T& object) {
-    file.write(reinterpret_cast<const char*>(&object), sizeof object);
-}
+    // Copies what is there of a fixed layout; the bytes that the file lacks keep their value. False
+    // when it lacks any.
+    template <class T>
+    bool take(T& object) {
+        const std::size_t count = std::min(sizeof object, rest_.size());
+        std::copy_n(rest_.begin(), count, writableBytesOf(object).begin());
+        rest_ = rest_.subspan(count);
+        return count == sizeof object;
+    }
 
-bool readChannels(std::istream& file, std::uint32_t count, FlatChannelList& channels) {
+  private:
+    std::span<const std::uint8_t> rest_;
+};
+
+bool takeChannels(Reader& file, std::uint32_t count, FlatChannelList& channels) {
     if (count > limits::inputChannels) return false;
-    for (std::uint32_t i = 0; i < count; ++i) {
-        InputChannelRecord record{};
-        if (!readObject(file, record)) return false;
-        channels.append(record);
+    FlatChannelList taken;
+    taken.resize(count);
+    for (InputChannelRecord& record : taken)
+        if (!file.take(record)) return false;
+    channels = taken;
+    return true;
+}
+
+// False for an unknown version.
+bool takeImage(Reader& file, std::uint32_t version, ConfigImage& image) {
+    if (version == currentVersion) {
+        file.take(image);
+    } else if (version == olderVersion) {
+        const auto old = std::make_unique<OldConfigImage>();
+        file.take(*old);
+        convertOldImage(*old, image);
+    } else {
+        return false;
     }
     return true;
 }
 
-// The file's image in the current layout; null for an unknown version. What the file lacks is zero.
-std::unique_ptr<ConfigImage> readImage(std::istream& file, std::uint32_t version) {
-    auto image = std::make_unique<ConfigImage>();
-    if (version == currentVersion) {
-        readObject(file, *image);
-    } else if (version == olderVersion) {
-        auto old = std::make_unique<OldConfigImage>();
-        readObject(file, *old);
-        convertOldImage(*old, *image);
-    } else {
-        return nullptr;
-    }
-    return image;
-}
-
-void writeConfiguration(std::ostream& file, const ConfigModel& model) {
-    const FlatChannelList& channels = model.flatChannels();
-    writeObject(file, Header{currentVersion, {}, static_cast<std::uint32_t>(channels.size())});
-    for (const InputChannelRecord& record : channels) writeObject(file, record);
-
-    auto image = std::make_unique<ConfigImage>();
-    encodeImage(model.tables(), *image);
-    writeObject(file, *image);
-    writeObject(file, model.deviceParams());
-    auto descriptions = std::make_unique<ServiceDescriptionImage>();
-    encodeDescriptions(model.tables(), *descriptions);
-    writeObject(file, *descriptions);
-}
-
-// Puts `from` in the place of `to`. A scanner or a copying tool may hold the old file for a moment,
-// so a refusal is tried again, for a fifth of a second at most.
-bool replaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {
-    std::error_code error;
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        std::filesystem::rename(from, to, error);
-        if (!error) return true;
-        if (error != std::errc::permission_denied) break;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return false;
+template <class T>
+void append(std::vector<std::uint8_t>& file, const T& object) {
+    const auto bytes = bytesOf(object);
+    file.insert(file.end(), bytes.begin(), bytes.end());
 }
 
 }  // namespace
@@ -129,50 +110,28 @@ void convertOldImage(const OldConfigImage& old, ConfigImage& image) {
     image.outputParams = old.outputParams;
 }
 
-}  // namespace config_file
-
-using namespace config_file;
-
-int ConfigModel::saveConfigFile(const std::filesystem::path& path) {
-    rebuildFlatChannels();
-    // Written beside its place and moved there whole: a full disk or a power cut leaves the old
-    // file.
-    std::filesystem::path beside = path;
-    beside += ".new";
-    std::ofstream file(beside, std::ios::binary | std::ios::trunc);
-    if (!file) return cannotOpen;
-    writeConfiguration(file, *this);
-    file.close();
-    if (!file.fail() && replaceFile(beside, path)) return ok;
-    std::error_code ignored;
-    std::filesystem::remove(beside, ignored);
-    return cannotOpen;
+std::vector<std::uint8_t> encode(const Configuration& configuration) {
+    std::vector<std::uint8_t> file;
+    file.reserve(longestFile);
+    const FlatChannelList& channels = configuration.channels;
+    append(file, Header{currentVersion, {}, static_cast<std::uint32_t>(channels.size())});
+    for (const InputChannelRecord& record : channels) append(file, record);
+    append(file, configuration.image);
+    append(file, configuration.params);
+    append(file, configuration.descriptions);
+    return file;
 }
 
-int ConfigModel::loadConfigFile(const std::filesystem::path& path, bool withDeviceParams) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return cannotOpen;
-
+int decode(std::span<const std::uint8_t> bytes, Configuration& configuration) {
+    Reader file(bytes);
     Header header{};
-    FlatChannelList channels;
-    if (!readObject(file, header) || !readChannels(file, header.channelCount, channels))
+    if (!file.take(header) || !takeChannels(file, header.channelCount, configuration.channels))
         return badChannelCount;
-    setFlatChannels(channels);
-
-    const std::unique_ptr<ConfigImage> image = readImage(file, header.version);
-    if (!image) return unknownVersion;
-    decodeImage(*image, tables_);
-
-    DeviceParamBlock params = deviceParams_;
-    readObject(file, params);
-    if (withDeviceParams) deviceParams_ = params;
-
-    auto descriptions = std::make_unique<ServiceDescriptionImage>();
-    if (readObject(file, *descriptions))
-        decodeDescriptions(*descriptions, tables_);
-    else
-        setDefaultDescriptions(tables_);
+    if (!takeImage(file, header.version, configuration.image)) return unknownVersion;
+    file.take(configuration.params);
+    configuration.hasDescriptions = file.take(configuration.descriptions);
     return ok;
 }
 
+}  // namespace config_file
 }  // namespace korvane

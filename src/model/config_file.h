@@ -1,13 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
-#include <memory>
+#include <span>
+#include <vector>
 
-#include "model/config_image.h"
-#include "model/config_model.h"
+#include "model/configuration.h"
 
-// The configuration file: a plain dump, everything in host (little-endian) order.
+// The configuration file, as bytes: a plain dump, everything in host (little-endian) order.
 //
 //     0        u32 version mark
 //     4        28 bytes, zero
@@ -26,7 +25,7 @@ inline constexpr std::uint32_t olderVersion = 4107;
 
 enum Result : int {
     ok = 0,
-    cannotOpen = -1,       // nothing changed; also: could not be written
+    cannotOpen = -1,       // nothing changed; also: could not be read or written
     unknownVersion = -2,   // the input channels are already those of the file
     badChannelCount = -3,  // more channels than the file or the device holds; nothing changed
 };
@@ -69,6 +68,18 @@ static_assert(sizeof(OldServiceSlot) == 496 && sizeof(OldFrameSlot) == 2032 &&
               sizeof(OldMultiplexBlock) == 81284 && sizeof(OldConfigImage) == 163976 &&
               offsetof(OldConfigImage, shortTime) == 81924 &&
               offsetof(OldConfigImage, continuousServices) == 163208);
+
+// More than that is no part of a file of either layout.
+inline constexpr std::size_t longestFile =
+    sizeof(Header) + limits::inputChannels * sizeof(InputChannelRecord) + sizeof(ConfigImage) +
+    sizeof(DeviceParamBlock) + sizeof(ServiceDescriptionImage);
+
+// The file of the current layout with this content.
+std::vector<std::uint8_t> encode(const Configuration& configuration);
+
+// Takes a file of either layout apart; what it lacks behind its channels stays as it is in
+// `configuration`. ok, unknownVersion or badChannelCount.
+int decode(std::span<const std::uint8_t> file, Configuration& configuration);
 
 // Frame 0 gets eight services with consecutive ids and sub-frame numbers, whatever it held.
 void convertOldImage(const OldConfigImage& old, ConfigImage& image);

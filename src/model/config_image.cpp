@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "model/byte_order.h"
+#include "model/configuration.h"
 
 namespace korvane {
 namespace {
@@ -81,6 +82,12 @@ void turnFields(ConfigImage& image) {
 void turnFields(ServiceDescriptionImage& image) {
     for (ServiceDescription& slot : image.slots) turn(slot.serviceId);
     turn(image.count);
+}
+
+void turnFields(Configuration& configuration) {
+    for (InputChannelRecord& record : configuration.channels) turnFields(record);
+    turnFields(configuration.image);
+    turnFields(configuration.descriptions);
 }
 
 ImageHeader encodeHeader(const ConfigTables& tables) {
@@ -281,6 +288,13 @@ void toNetworkOrder(InputChannelRecord& record) {
 }
 void fromNetworkOrder(InputChannelRecord& record) {
     turnFields(record);
+}
+
+void toNetworkOrder(Configuration& configuration) {
+    turnFields(configuration);
+}
+void fromNetworkOrder(Configuration& configuration) {
+    turnFields(configuration);
 }
 
 void encodeDescriptions(const ConfigTables& tables, ServiceDescriptionImage& image) {

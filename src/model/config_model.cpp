@@ -2,7 +2,8 @@
 
 #include <memory>
 
-#include "model/config_image.h"
+#include "model/config_file.h"
+#include "model/whole_file.h"
 
 namespace korvane {
 
@@ -24,19 +25,54 @@ void ConfigModel::rebuildFlatChannels() {
 }
 
 void ConfigModel::resetModel() {
-    setFlatChannels({});
-    decodeImage(*std::make_unique<ConfigImage>(), tables_);
-    deviceParams_ = {};
+    load(*std::make_unique<Configuration>());
 }
 
-int ConfigModel::saveCacheFile() {
+void ConfigModel::load(const Configuration& from, bool withDeviceParams) {
+    setFlatChannels(from.channels);
+    decodeImage(from.image, tables_);
+    if (withDeviceParams) deviceParams_ = from.params;
+    if (from.hasDescriptions)
+        decodeDescriptions(from.descriptions, tables_);
+    else
+        setDefaultDescriptions(tables_);
+}
+
+std::unique_ptr<Configuration> ConfigModel::configuration() const {
+    auto result = std::make_unique<Configuration>();
+    result->channels = flatChannels_;
+    encodeImage(tables_, result->image);
+    result->params = deviceParams_;
+    encodeDescriptions(tables_, result->descriptions);
+    return result;
+}
+
+int ConfigModel::saveConfigFile(const std::filesystem::path& path) const {
+    const auto bytes = config_file::encode(*configuration());
+    return replaceFile(path, bytes) ? config_file::ok : config_file::cannotOpen;
+}
+
+int ConfigModel::loadConfigFile(const std::filesystem::path& path, bool withDeviceParams) {
+    std::vector<std::uint8_t> bytes;
+    if (readFile(path, config_file::longestFile, bytes) != 0) return config_file::cannotOpen;
+    const auto content = std::make_unique<Configuration>();
+    content->params = deviceParams_;
+    const int result = config_file::decode(bytes, *content);
+    if (result == config_file::unknownVersion) setFlatChannels(content->channels);
+    if (result == config_file::ok) load(*content, withDeviceParams);
+    return result;
+}
+
+int ConfigModel::saveCacheFile() const {
     const std::filesystem::path path = cacheFile();
-    return path.empty() ? -1 : saveConfigFile(path);
+    return path.empty() ? config_file::cannotOpen : saveConfigFile(path);
 }
 
 int ConfigModel::loadCacheFile() {
     const std::filesystem::path path = cacheFile();
-    return path.empty() ? -1 : loadConfigFile(path, true);
+    const int result = path.empty() ? config_file::cannotOpen : loadConfigFile(path, true);
+    if (result != config_file::ok) resetModel();
+    return result;
 }
 
 // Empty when the key cannot be a file's name: without one, or with one that would lead out of the

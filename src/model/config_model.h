@@ -4,15 +4,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 
+#include "model/configuration.h"
 #include "model/records.h"
 
 namespace korvane {
-
-// Up to 60 input channels in the order in which they are sent and filed.
-using FlatChannelList = BoundedList<InputChannelRecord, limits::inputChannels>;
 
 // Slot numbers of one frame.
 using TimeSlotList = BoundedList<std::uint8_t, limits::timeSlots>;
@@ -25,13 +24,10 @@ using TimeSlotList = BoundedList<std::uint8_t, limits::timeSlots>;
 // forbids. Values are checked before, by ConfigChecks.
 class ConfigModel {
   public:
-    ConfigModel() = default;
-
-    ConfigTables& tables() { return tables_; }
     const ConfigTables& tables() const { return tables_; }
 
-    DeviceParamBlock& deviceParams() { return deviceParams_; }
     const DeviceParamBlock& deviceParams() const { return deviceParams_; }
+    void setDeviceParams(const DeviceParamBlock& params) { deviceParams_ = params; }
 
     // The channels of one type (0-7), in the order in which the editors show them.
     const FlatChannelList& channels(std::size_t type) const { return channels_[type]; }
@@ -42,6 +38,13 @@ class ConfigModel {
     // Replaces all channels and sorts them into the eight lists by their type byte, keeping order.
     // A record whose type names no list is left out: nothing could show, send or file it again.
     void setFlatChannels(const FlatChannelList& channels);
+
+    // Replaces everything, the device parameters only if asked to, by what came from a device or a
+    // file. It is taken as it is: none of the operations below has a hand in it.
+    void load(const Configuration& from, bool withDeviceParams = true);
+
+    // Everything, in the form in which it is sent and filed.
+    std::unique_ptr<Configuration> configuration() const;
 
     // Empties everything: what an all-zero image and an all-zero parameter block decode to.
     void resetModel();
@@ -54,9 +57,10 @@ class ConfigModel {
     }
 
     // See config_file.h for results and the layout.
-    int saveConfigFile(const std::filesystem::path& path);
+    int saveConfigFile(const std::filesystem::path& path) const;
     int loadConfigFile(const std::filesystem::path& path, bool withDeviceParams);
-    int saveCacheFile();
+    int saveCacheFile() const;
+    // A file that is not taken leaves an empty model, not a part of what it holds.
     int loadCacheFile();
 
     // Table set and image header.

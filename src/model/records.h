@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -124,6 +125,9 @@ static_assert(sizeof(InputChannelRecord) == 120 && offsetof(InputChannelRecord, 
               offsetof(InputChannelRecord, payloadType) == 49 &&
               offsetof(InputChannelRecord, channelId) == 52 &&
               offsetof(InputChannelRecord, maxSendIntervalMs) == 56);
+
+// Up to 60 input channels in the order in which they are sent and filed.
+using FlatChannelList = BoundedList<InputChannelRecord, limits::inputChannels>;
 
 // Slot of the description image, 1,046 bytes, stored and sent verbatim but for the id's byte order.
 struct ServiceDescription {
@@ -279,8 +283,12 @@ static_assert(sizeof(DeviceParamBlock) == 144 && offsetof(DeviceParamBlock, mana
               offsetof(DeviceParamBlock, servicePort) == 80 &&
               offsetof(DeviceParamBlock, serviceMac) == 128);
 
-// Everything that the configuration image and the description image carry.
+// Everything that the configuration image and the description image carry. 1.3 MB, more than a
+// thread's whole stack may have: it lives on the heap, and only copyOf() makes another one.
 struct ConfigTables {
+    ConfigTables() = default;
+    ConfigTables& operator=(const ConfigTables&) = default;
+
     std::array<std::uint8_t, 8> header{};    // image bytes 0-7; byte 1 is the transfer byte
     std::uint16_t headerValue = 0;           // image bytes 8-9, big-endian on the wire
     std::array<std::uint8_t, 2> header10{};  // image bytes 10-11
@@ -301,6 +309,13 @@ struct ConfigTables {
     const MultiplexTable& table(TableKind kind) const {
         return kind == TableKind::ShortTime ? shortTime : continuous;
     }
+
+    friend std::unique_ptr<ConfigTables> copyOf(const ConfigTables& tables) {
+        return std::unique_ptr<ConfigTables>(new ConfigTables(tables));
+    }
+
+  private:
+    ConfigTables(const ConfigTables&) = default;
 };
 
 }  // namespace korvane

@@ -1,18 +1,12 @@
 #include "monitor/frame_structure_page.h"
 
 #include "monitor/frame_structure.h"
-#include "resources/ids.h"
+#include "monitor/views.h"
 #include "ui/tree_fill.h"
 
 namespace korvane {
-namespace {
-
-constexpr UINT periodMs = 1500;
-
-}  // namespace
-
 FrameStructurePage::FrameStructurePage(const StatusSource& source)
-    : RefreshPage(IDD_FRAME_STRUCTURE_PAGE, periodMs, IDC_STRUCTURE_TREE, source) {}
+    : RefreshPage(structureView, IDC_STRUCTURE_TREE, source) {}
 
 bool FrameStructurePage::onInit() {
     control<Tree>(IDC_STRUCTURE_TREE).drawBuffered();

@@ -3,18 +3,12 @@
 #include <algorithm>
 
 #include "monitor/slot_occupancy.h"
-#include "resources/ids.h"
+#include "monitor/views.h"
 #include "ui/bar_chart.h"
 
 namespace korvane {
-namespace {
-
-constexpr UINT periodMs = 1500;
-
-}  // namespace
-
 GraphicMonitorPage::GraphicMonitorPage(const StatusSource& source)
-    : TimedPage(IDD_GRAPHIC_MONITOR_PAGE, periodMs), source_(source) {
+    : TimedPage(graphicView), source_(source) {
     BarChart::registerClass();
 }
 

@@ -3,19 +3,13 @@
 #include <cstdio>
 
 namespace korvane {
-namespace {
-
-constexpr std::size_t firstInputBit = 3;  // of the alarm bits; the others have no lamp
-
-}  // namespace
-
 Lamps lamps(const StatusSource& source) {
     Lamps result;
     std::vector<bool> alarms;
     const int news = source.getAlarmBits(alarms);
     if (news == 0) {
-        for (std::size_t i = 0; i < result.inputs.size(); ++i)
-            result.inputs[i] = alarms.at(firstInputBit + i) ? Lamp::Alarm : Lamp::Normal;
+        for (std::size_t i = 0; i < inputLamps.size(); ++i)
+            result.inputs[i] = alarms.at(inputLamps[i].alarmBit) ? Lamp::Alarm : Lamp::Normal;
         result.link = Lamp::Normal;
     } else if (news < 0) {
         result.link = Lamp::Alarm;

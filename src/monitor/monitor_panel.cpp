@@ -9,11 +9,6 @@
 namespace korvane {
 namespace {
 
-constexpr UINT periodMs = 1000;
-
-constexpr std::array<int, Lamps::inputCount> inputLamps = {IDC_LAMP_DATA_INPUT, IDC_LAMP_1PPS,
-                                                           IDC_LAMP_10M, IDC_LAMP_TOD};
-
 // From the edges of the tab control to the page in it, in pixels; the tabs are above.
 constexpr int pageMarginX = 2, pageMarginY = 20;
 
@@ -23,40 +18,41 @@ constexpr int tabPaddingX = 12, tabPaddingY = 3;
 }  // namespace
 
 MonitorPanel::MonitorPanel(const StatusSource& source)
-    : TimedPage(IDD_MONITOR_PAGE, periodMs),
+    : TimedPage(IDD_MONITOR_PAGE, monitorPeriodMs),
       source_(source),
       structure_(source),
       services_(source),
-      graphic_(source) {}
+      graphic_(source),
+      stack_({&structure_, &services_, &graphic_}) {}
 
 bool MonitorPanel::onInit() {
     loadLamps();
     createPages();
     const auto tabs = control<Tab>(IDC_MONITOR_TABS);
     tabs.setPadding(scaled(tabPaddingX), scaled(tabPaddingY));
-    for (const char* title : {"复用帧结构", "业务列表", "图形化监控"}) tabs.append(title);
+    for (const MonitorView& view : monitorViews) tabs.append(view.title);
     placePages();
-    showPage(0);
+    stack_.show(0);
     startAll();
     return true;
 }
 
 // The template's own lamps do not know the colour of the ground that they are on.
 void MonitorPanel::loadLamps() {
-    red_ = loadBitmap(IDB_LAMP_RED);
-    green_ = loadBitmap(IDB_LAMP_GREEN);
-    if (!red_ || !green_) throw std::runtime_error("a lamp's picture was refused");
+    for (const Lamp lamp : {Lamp::Normal, Lamp::Alarm})
+        if (!(picture(lamp) = loadBitmap(lampPictures[static_cast<std::size_t>(lamp)])))
+            throw std::runtime_error("a lamp's picture was refused");
     const auto replace = [this](int id) {
-        DeleteObject(control<Static>(id).setBitmap(red_.get()));
+        DeleteObject(control<Static>(id).setBitmap(picture(Lamp::Alarm).get()));
     };
-    std::ranges::for_each(inputLamps, replace);
+    for (const InputLamp& lamp : inputLamps) replace(lamp.control);
     replace(IDC_LAMP_LINK);
 }
 
 // In front of the tab control, which would paint over them, and on the same ground as it.
 void MonitorPanel::createPages() {
+    stack_.create(hwnd());
     for (TimedPage* page : pages()) {
-        if (!page->create(hwnd())) throw std::runtime_error("a page of the monitor was refused");
         EnableThemeDialogTexture(page->hwnd(), ETDT_ENABLETAB);
         SetWindowPos(page->hwnd(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     }
@@ -64,15 +60,8 @@ void MonitorPanel::createPages() {
 
 std::optional<LRESULT> MonitorPanel::onNotify(const NMHDR& header) {
     if (header.idFrom != IDC_MONITOR_TABS || header.code != TCN_SELCHANGE) return std::nullopt;
-    showPage(control<Tab>(IDC_MONITOR_TABS).selected());
+    stack_.show(static_cast<std::size_t>(control<Tab>(IDC_MONITOR_TABS).selected()));
     return 0;
-}
-
-void MonitorPanel::showPage(int index) {
-    const auto all = pages();
-    for (TimedPage* page : all) page->show(false);
-    if (index >= 0 && index < static_cast<int>(all.size()))
-        all[static_cast<std::size_t>(index)]->show(true);
 }
 
 void MonitorPanel::startAll() {
@@ -88,15 +77,15 @@ void MonitorPanel::stopAll() {
 void MonitorPanel::tick() {
     control<Static>(IDC_TIME_OF_DAY).setText(timeOfDayLine(source_));
     const Lamps now = lamps(source_);
-    for (std::size_t i = 0; i < inputLamps.size(); ++i) light(inputLamps[i], now.inputs[i]);
+    for (std::size_t i = 0; i < inputLamps.size(); ++i) light(inputLamps[i].control, now.inputs[i]);
     light(IDC_LAMP_LINK, now.link);
 }
 
 void MonitorPanel::light(int id, Lamp lamp) {
     if (lamp == Lamp::Unchanged) return;
-    const auto picture = control<Static>(id);
-    const HBITMAP wanted = lamp == Lamp::Alarm ? red_.get() : green_.get();
-    if (picture.bitmap() != wanted) picture.setBitmap(wanted);
+    const auto shown = control<Static>(id);
+    const HBITMAP wanted = picture(lamp).get();
+    if (shown.bitmap() != wanted) shown.setBitmap(wanted);
 }
 
 void MonitorPanel::onSize(int width, int height) {
@@ -113,15 +102,13 @@ void MonitorPanel::onSize(int width, int height) {
 void MonitorPanel::placePages() {
     RECT area = control<Tab>(IDC_MONITOR_TABS).area();
     InflateRect(&area, -scaled(pageMarginX), -scaled(pageMarginY));
-    for (TimedPage* page : pages())
-        if (page->hwnd()) page->place(area);
+    stack_.place(area);
 }
 
 void MonitorPanel::onDestroy() {
     stopAll();
     for (TimedPage* page : pages()) page->destroy();
-    red_.reset();
-    green_.reset();
+    for (Bitmap& bitmap : pictures_) bitmap.reset();
 }
 
 }  // namespace korvane

@@ -8,6 +8,7 @@
 #include "monitor/service_list_page.h"
 #include "ui/bitmap.h"
 #include "ui/controls.h"
+#include "ui/page_stack.h"
 
 namespace korvane {
 
@@ -30,16 +31,17 @@ class MonitorPanel : public TimedPage {
     void loadLamps();
     void createPages();
     void placePages();
-    void showPage(int index);
     void startAll();
     void stopAll();
     void light(int id, Lamp lamp);
+    Bitmap& picture(Lamp lamp) { return pictures_[static_cast<std::size_t>(lamp)]; }
 
     const StatusSource& source_;
     FrameStructurePage structure_;
     ServiceListPage services_;
     GraphicMonitorPage graphic_;
-    Bitmap red_, green_;
+    PageStack stack_;
+    std::array<Bitmap, lampPictures.size()> pictures_;
 };
 
 }  // namespace korvane

@@ -10,8 +10,8 @@ namespace korvane {
 class RefreshPage : public TimedPage {
   public:
     // `source` outlives the page; `contentId` is the control.
-    RefreshPage(int resourceId, UINT periodMs, int contentId, const StatusSource& source)
-        : TimedPage(resourceId, periodMs), contentId_(contentId), source_(source) {}
+    RefreshPage(const MonitorView& view, int contentId, const StatusSource& source)
+        : TimedPage(view), contentId_(contentId), source_(source) {}
 
   protected:
     virtual void redraw(const DeviceStatusImage& status) = 0;

@@ -1,13 +1,11 @@
 #include "monitor/service_list_page.h"
 
 #include "monitor/service_rows.h"
-#include "resources/ids.h"
+#include "monitor/views.h"
 #include "ui/list_view.h"
 
 namespace korvane {
 namespace {
-
-constexpr UINT periodMs = 1000;
 
 constexpr std::array<ListView::Column, 9> columns = {{
     {"序号", 40},
@@ -24,7 +22,7 @@ constexpr std::array<ListView::Column, 9> columns = {{
 }  // namespace
 
 ServiceListPage::ServiceListPage(const StatusSource& source)
-    : RefreshPage(IDD_SERVICE_LIST_PAGE, periodMs, IDC_SERVICES, source) {}
+    : RefreshPage(servicesView, IDC_SERVICES, source) {}
 
 bool ServiceListPage::onInit() {
     auto scaledColumns = columns;

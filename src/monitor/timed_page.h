@@ -1,5 +1,6 @@
 #pragma once
 
+#include "monitor/views.h"
 #include "ui/page.h"
 
 namespace korvane {
@@ -8,6 +9,7 @@ namespace korvane {
 class TimedPage : public Page {
   public:
     TimedPage(int resourceId, UINT periodMs) : Page(resourceId), periodMs_(periodMs) {}
+    explicit TimedPage(const MonitorView& view) : TimedPage(view.dialog, view.periodMs) {}
 
     void startTimer() { SetTimer(hwnd(), timerId, periodMs_, nullptr); }
     void stopTimer() { KillTimer(hwnd(), timerId); }

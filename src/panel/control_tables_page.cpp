@@ -9,42 +9,40 @@
 namespace korvane {
 namespace {
 
-struct Table {
-    std::string_view name;
-    int dialog;
-};
-
-// In the order of the list. Two tables share a dialog: the continuous services' and the short-time
-// services' are alike.
-constexpr std::array<Table, 6> tables = {{
-    {"网络信息表", IDD_NETWORK_PAGE},
-    {"持续业务复用配置表", IDD_FRAME_LIST_PAGE},
-    {"持续业务配置表", IDD_SERVICE_FREQUENCY_PAGE},
-    {"短时间业务复用配置表", IDD_FRAME_LIST_PAGE},
-    {"短时间业务配置表", IDD_SERVICE_FREQUENCY_PAGE},
-    {"加密授权描述表", IDD_CA_PAGE},
-}};
+// In the order of the pages.
+constexpr std::array<std::string_view, 6> tableNames = {"网络信息表",       "持续业务复用配置表",
+                                                        "持续业务配置表",   "短时间业务复用配置表",
+                                                        "短时间业务配置表", "加密授权描述表"};
 
 constexpr int pageMargin = 15;  // pixels, on every side
 
+template <class Base, class Pages>
+std::vector<Base*> pointersTo(Pages& pages) {
+    std::vector<Base*> pointers;
+    for (auto& page : pages) pointers.push_back(&page);
+    return pointers;
+}
+
 }  // namespace
 
-TableList::TableList() : Dialog(IDD_TABLE_LIST) {
-    static_assert(tables.size() == tableCount);
-    for (std::size_t i = 0; i < tables.size(); ++i)
-        pages_[i] = std::make_unique<Page>(tables[i].dialog);
+// Two tables share a dialog: the continuous services' and the short-time services' are alike.
+TableList::TableList()
+    : Dialog(IDD_TABLE_LIST),
+      pages_{Page(IDD_NETWORK_PAGE),           Page(IDD_FRAME_LIST_PAGE),
+             Page(IDD_SERVICE_FREQUENCY_PAGE), Page(IDD_FRAME_LIST_PAGE),
+             Page(IDD_SERVICE_FREQUENCY_PAGE), Page(IDD_CA_PAGE)},
+      stack_(pointersTo<Page>(pages_)),
+      tables_(pointersTo<PageContent>(pages_)) {
+    static_assert(tableNames.size() == tableCount);
 }
 
 bool TableList::onInit() {
-    for (const auto& page : pages_)
-        if (!page->create(hwnd())) throw std::runtime_error("a table's page was refused");
-    std::array<std::string_view, tableCount> names;
-    for (std::size_t i = 0; i < tables.size(); ++i) names[i] = tables[i].name;
+    stack_.create(hwnd());
     const auto list = control<ListBox>(IDC_TABLES);
-    list.setItems(names);
-    list.select(selected_);
+    list.setItems(tableNames);
+    list.select(static_cast<int>(tables_.selected()));
     placePages();
-    pages_[0]->show(true);
+    stack_.show(tables_.selected());
     return true;
 }
 
@@ -54,20 +52,13 @@ bool TableList::onCommand(int id, int notification, HWND) {
     return true;
 }
 
+// The page that is left, or filled, does so unseen.
 void TableList::select(int index) {
-    if (index < 0 || index >= tableCount || index == selected_) return;
-    for (const auto& page : pages_) page->show(false);
-    commit();
-    selected_ = index;
-    refresh();
-    pages_[static_cast<std::size_t>(index)]->show(true);
-}
-
-void TableList::refresh() {
-    pages_[static_cast<std::size_t>(selected_)]->refresh();
-}
-void TableList::commit() {
-    pages_[static_cast<std::size_t>(selected_)]->commit();
+    const auto wanted = static_cast<std::size_t>(index);
+    if (wanted == tables_.selected()) return;
+    stack_.show(tableCount);
+    tables_.select(wanted);
+    stack_.show(tables_.selected());
 }
 
 void TableList::onSize(int width, int height) {
@@ -85,8 +76,7 @@ void TableList::placePages() {
     RECT area = control<Static>(IDC_PAGE_FRAME).area();
     const int margin = scaled(pageMargin);
     InflateRect(&area, -margin, -margin);
-    for (const auto& page : pages_)
-        if (page->hwnd()) page->place(area);
+    stack_.place(area);
 }
 
 ControlTablesPage::ControlTablesPage() : Page(IDD_CONTROL_TABLES_PAGE) {}

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <array>
-#include <memory>
 
-#include "ui/page.h"
+#include "panel/table_pages.h"
+#include "ui/page_stack.h"
 
 namespace korvane {
 
@@ -13,10 +13,9 @@ class TableList : public Dialog {
     TableList();
 
     // Fills the shown page from the model; the others are filled when they are selected.
-    void refresh();
+    void refresh() { tables_.refresh(); }
     // Takes the shown page's edits into the model; the others' were taken when they were left.
-    void commit();
-    int selected() const { return selected_; }
+    void commit() { tables_.commit(); }
 
   protected:
     bool onInit() override;
@@ -24,13 +23,14 @@ class TableList : public Dialog {
     void onSize(int width, int height) override;
 
   private:
-    static constexpr int tableCount = 6;
+    static constexpr std::size_t tableCount = 6;
 
     void select(int index);
     void placePages();
 
-    std::array<std::unique_ptr<Page>, tableCount> pages_;
-    int selected_ = 0;
+    std::array<Page, tableCount> pages_;
+    PageStack stack_;
+    TablePages tables_;
 };
 
 // The panel's page that holds the table list.

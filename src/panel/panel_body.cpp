@@ -1,11 +1,8 @@
 #include "panel/panel_body.h"
 
 #include <algorithm>
-#include <stdexcept>
 
-#include "monitor/monitor_panel.h"
 #include "panel/about_dialog.h"
-#include "panel/control_tables_page.h"
 #include "resources/ids.h"
 #include "ui/controls.h"
 
@@ -24,19 +21,21 @@ constexpr RECT frameMargins = {5, 10, 5, 5};
 PanelBody::PanelBody(DeviceManager& manager)
     : Dialog(IDD_PANEL_BODY),
       manager_(manager),
-      commands_(manager, prompts_, *this, transfers_),
-      pages_{std::make_unique<Page>(IDD_INPUT_CHANNEL_PAGE), std::make_unique<ControlTablesPage>(),
-             std::make_unique<MonitorPanel>(manager), std::make_unique<Page>(IDD_SYSTEM_PAGE)} {}
+      inputChannels_(IDD_INPUT_CHANNEL_PAGE),
+      system_(IDD_SYSTEM_PAGE),
+      monitor_(manager),
+      stack_({&inputChannels_, &controlTables_, &monitor_, &system_}),
+      pages_({&inputChannels_, &controlTables_, &monitor_, &system_}),
+      commands_(manager, prompts_, pages_, transfers_) {}
 
 bool PanelBody::onInit() {
     prompts_.setOwner(hwnd());
     transfers_.setOwner(hwnd());
-    for (const auto& page : pages_)
-        if (!page->create(hwnd())) throw std::runtime_error("a page of the panel was refused");
+    stack_.create(hwnd());
     placePages();
-    showPage(InputChannels);
-    pages_[InputChannels]->refresh();
-    pages_[ControlTables]->refresh();
+    showPage(PanelPages::InputChannels);
+    inputChannels_.refresh();
+    controlTables_.refresh();
     // The focus is the host's to give.
     return false;
 }
@@ -81,13 +80,8 @@ void PanelBody::showAbout() {
     AboutDialog(deviceVersionText(manager_.model().tables().params264)).showModal(hwnd());
 }
 
-void PanelBody::refresh() {
-    for (const auto index : {InputChannels, ControlTables, System}) pages_[index]->refresh();
-}
-
 void PanelBody::showPage(std::size_t index) {
-    for (const auto& page : pages_) page->show(false);
-    pages_[index]->show(true);
+    stack_.show(index);
     for (std::size_t i = 0; i < pageButtons.size(); ++i)
         control<Button>(pageButtons[i]).setChecked(i == index);
 }
@@ -112,8 +106,7 @@ void PanelBody::placePages() {
     area.top += scaled(frameMargins.top);
     area.right -= scaled(frameMargins.right);
     area.bottom -= scaled(frameMargins.bottom);
-    for (const auto& page : pages_)
-        if (page->hwnd()) page->place(area);
+    stack_.place(area);
 }
 
 }  // namespace korvane

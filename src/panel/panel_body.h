@@ -1,22 +1,23 @@
 #pragma once
 
-#include <array>
-#include <memory>
-
 #include "device/device_manager.h"
+#include "monitor/monitor_panel.h"
+#include "panel/control_tables_page.h"
 #include "panel/panel_commands.h"
+#include "panel/panel_pages.h"
 #include "panel/progress_dialog.h"
-#include "ui/page.h"
+#include "ui/page_stack.h"
 #include "ui/window_prompts.h"
 
 namespace korvane {
 
 // The visible part of the panel: command buttons, page buttons, and the page shown.
-class PanelBody : public Dialog, private Pages {
+class PanelBody : public Dialog {
   public:
     explicit PanelBody(DeviceManager& manager);
 
-    void refresh() override;
+    // Fills the pages from the model.
+    void refresh() { pages_.refresh(); }
 
   protected:
     bool onInit() override;
@@ -24,11 +25,6 @@ class PanelBody : public Dialog, private Pages {
     void onSize(int width, int height) override;
 
   private:
-    enum PageIndex : std::size_t { InputChannels, ControlTables, Monitor, System, pageCount };
-
-    void commit() override { pages_[ControlTables]->commit(); }
-    int check() override { return pages_[System]->check(); }
-
     bool runCommand(int id);
     void showPage(std::size_t index);
     void placePages();
@@ -37,8 +33,12 @@ class PanelBody : public Dialog, private Pages {
     DeviceManager& manager_;
     WindowPrompts prompts_;
     ModalTransferRunner transfers_;
+    Page inputChannels_, system_;
+    ControlTablesPage controlTables_;
+    MonitorPanel monitor_;
+    PageStack stack_;
+    PanelPages pages_;
     PanelCommands commands_;
-    std::array<std::unique_ptr<Page>, pageCount> pages_;
 };
 
 }  // namespace korvane

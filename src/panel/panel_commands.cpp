@@ -9,10 +9,11 @@
 namespace korvane {
 namespace {
 
-// The device takes that long to make a setting take effect.
-constexpr std::uint32_t settingIntervalMs = 10000;
-
 constexpr std::string_view fileFilter = "korvane Files (*.dat)|*.dat|All Files (*.*)|*.*||";
+
+// What is said before the time when a setting is too recent.
+constexpr std::string_view tooSoonToSet = "两次设置时间不能小于";
+constexpr std::string_view tooSoonToLoad = "距离上次设置时间不能小于";
 
 std::string printableText(const std::array<char, 16>& field) {
     const auto end = std::find(field.begin(), field.end(), '\0');
@@ -24,12 +25,14 @@ std::string printableText(const std::array<char, 16>& field) {
 }  // namespace
 
 // A difference of ticks is right even when the clock wraps between the two.
-bool PanelCommands::settledSinceLastSetting() {
-    return manager_.link().ticks() - lastSettingMs_ >= settingIntervalMs;
+bool PanelCommands::settledSinceLastSetting(std::string_view refusal) {
+    if (manager_.link().ticks() - lastSettingMs_ >= settlingMs) return true;
+    prompts_.message(std::string(refusal) + std::to_string(settlingSeconds) + "秒");
+    return false;
 }
 
 void PanelCommands::save() {
-    if (!settledSinceLastSetting()) return prompts_.message("两次设置时间不能小于10秒");
+    if (!settledSinceLastSetting(tooSoonToSet)) return;
     if (!prompts_.confirm("确认要将配置保存到设备?")) return;
     pages_.commit();
     if (pages_.check() != 0) return;
@@ -40,7 +43,7 @@ void PanelCommands::save() {
 }
 
 void PanelCommands::load() {
-    if (!settledSinceLastSetting()) return prompts_.message("距离上次设置时间不能小于10秒");
+    if (!settledSinceLastSetting(tooSoonToLoad)) return;
     if (!prompts_.confirm("确认要重新从设备获取配置吗?")) return;
     const int result =
         transfers_.run([this](auto sink) { return manager_.startUpload(std::move(sink)); });
@@ -58,7 +61,7 @@ void PanelCommands::reboot() {
 }
 
 void PanelCommands::restoreDefaults() {
-    if (!settledSinceLastSetting()) return prompts_.message("两次设置时间不能小于10秒");
+    if (!settledSinceLastSetting(tooSoonToSet)) return;
     if (!prompts_.confirm("确认要使设备恢复默认值吗?")) return;
     const int result = manager_.client().RestoreDefaults();
     if (result != 0) return reportCommandFailure(result);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "device/device_manager.h"
 #include "device/transfer_runner.h"
@@ -38,7 +39,8 @@ class PanelCommands {
     void importFile();
 
   private:
-    bool settledSinceLastSetting();
+    // False, after saying `refusal` with the time, when the last setting is too recent.
+    bool settledSinceLastSetting(std::string_view refusal);
     void reportTransferFailure(int result);
     void reportCommandFailure(int result);
     int importInto(const std::filesystem::path& path, bool withDeviceParams);

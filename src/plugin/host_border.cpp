@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "ui/text.h"
+#include "text/text.h"
 
 namespace korvane {
 namespace {

@@ -87,6 +87,8 @@ int startDevice(DeviceManager& manager, const void* address) {
 
 int start(void* window, const void* address) {
     Plugin& self = plugin();
+    // What a command of the panel still waits for is about the device, and the model, before.
+    dismissModals();
     self.hold.take();
     self.started = true;
     const int result = startDevice(self.manager, address);

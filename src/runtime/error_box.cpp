@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "runtime/encoding.h"
+#include "text/text.h"
 
 namespace nox_pub::mswin {
 namespace {
@@ -10,7 +10,7 @@ namespace {
 class SystemErrorBox : public ErrorBox {
   public:
     void show(std::string_view text, std::string_view caption) override {
-        MessageBoxW(nullptr, wideFromText(text).c_str(), wideFromText(caption).c_str(),
+        MessageBoxW(nullptr, korvane::anyToWide(text).c_str(), korvane::anyToWide(caption).c_str(),
                     MB_OK | MB_ICONERROR);
     }
 };

@@ -2,14 +2,14 @@
 
 #include <windows.h>
 
-#include "runtime/encoding.h"
 #include "runtime/exceptions.h"
+#include "text/text.h"
 
 namespace nox_pub::mswin {
 
 Event::Event(const std::string& name) {
     const std::string fullName = "nox_pub:event:" + name;
-    const std::wstring wideName = wideFromText(fullName);
+    const std::wstring wideName = korvane::anyToWide(fullName);
     SetLastError(ERROR_SUCCESS);
     handle_ = CreateEventW(nullptr, TRUE, FALSE, name.empty() ? nullptr : wideName.c_str());
     const DWORD error = GetLastError();

@@ -3,9 +3,9 @@
 #include <memory>
 #include <optional>
 
+#include "text/text.h"
 #include "ui/bar_chart_drawing.h"
 #include "ui/module.h"
-#include "ui/text.h"
 
 namespace korvane {
 namespace {

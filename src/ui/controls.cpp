@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "ui/text.h"
+#include "text/text.h"
 
 namespace korvane {
 

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <utility>
 
+#include "text/text.h"
 #include "ui/modal.h"
 #include "ui/module.h"
-#include "ui/text.h"
 
 namespace korvane {
 namespace {

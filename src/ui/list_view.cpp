@@ -1,6 +1,6 @@
 #include "ui/list_view.h"
 
-#include "ui/text.h"
+#include "text/text.h"
 
 namespace korvane {
 

@@ -1,6 +1,6 @@
 #include "ui/tree_fill.h"
 
-#include "ui/text.h"
+#include "text/text.h"
 
 namespace korvane {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <string>
 
+#include "text/text.h"
 #include "ui/controls.h"
 #include "ui/modal.h"
-#include "ui/text.h"
 
 namespace korvane {
 namespace {

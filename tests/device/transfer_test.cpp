@@ -84,7 +84,7 @@ class Transfer : public testing::Test {
 };
 
 TEST_F(Transfer, ASaveSendsEverythingInOrderAndTellsItsProgress) {
-    decodeImage(*test::randomImage(3), model_->tables());
+    test::loadImage(*model_, *test::randomImage(3));
     FlatChannelList channels;
     channels.append(test::channel(ChannelType::Audio, 4, 0x1234));
     model_->setFlatChannels(channels);
@@ -110,7 +110,7 @@ TEST_F(Transfer, ALoadBringsBackWhatTheDeviceHoldsAndAsksInOrder) {
                                        3008, 3999, 104, 101));
     EXPECT_THAT(sink_->told, ElementsAre(6, 13, 20, 26, 33, 40, 46, 53, 60, 66, 73, 80, 93, 100));
     // Too large for a stack, both of them.
-    const auto loaded = std::make_unique<ConfigTables>(model_->tables());
+    const auto loaded = copyOf(model_->tables());
     ASSERT_FALSE(loaded->continuous.frames.empty());
     const auto before = std::make_unique<DeviceState>(device_.state());
     ASSERT_EQ(save(), 0);
@@ -124,8 +124,8 @@ class SequenceStops : public Transfer, public testing::WithParamInterface<std::u
 TEST_P(SequenceStops, AtTheFirstRefusalAndReportsItsStatus) {
     const std::uint32_t code = GetParam();
     const bool loads = code == 2 || code == 104 || code == 101 || (code >= 3000 && code < 4000);
-    decodeImage(*test::randomImage(8), model_->tables());
-    const auto before = std::make_unique<ConfigTables>(model_->tables());
+    test::loadImage(*model_, *test::randomImage(8));
+    const auto before = copyOf(model_->tables());
     inject("refuse=7@" + std::to_string(code));
     // Answers of a fixed size are judged by their length before their status.
     const bool bare = loads && code != 2 && code != 3000 && code != 3001 && code != 3999;

@@ -9,7 +9,7 @@
 #include "host/plugin.h"
 #include "host/robot.h"
 #include "host/stub_plugin.h"
-#include "host/text.h"
+#include "text/text.h"
 
 namespace korvane::host {
 namespace {
@@ -75,7 +75,7 @@ class HostWindowTest : public testing::Test {
     static std::string status(Robot& robot, HWND host) {
         wchar_t text[256] = {};
         robot.send(robot.waitControl(host, IDC_STATUS_LINE), SB_GETTEXTW, 0, text);
-        return utf8(text);
+        return toUtf8(text);
     }
 
     static HWND focus(Robot& robot, HWND host) {

@@ -17,19 +17,20 @@ namespace {
 std::unique_ptr<ConfigModel> occupiedModel() {
     auto model = std::make_unique<ConfigModel>();
     model->addChannel(test::channel(ChannelType::Video, 4, 5000), ConfigModel::atEnd);
-    ConfigTables& tables = model->tables();
-    MultiplexFrame first = test::frame(3, {test::service(1, 100)});
-    first.timeSlots.resize(30);
-    first.timeSlots[29] = 36;
-    tables.continuous.frames.append(first);
-    tables.continuous.frames.append(test::frame(4, {test::service(1, 200)}));
-    tables.shortTime.frames.append(test::frame(9, {test::service(1, 900)}));
-    tables.continuousServices.entries.append({100, 21, 0});
-    tables.caDescriptions.entries.append({11, 100, 128, 129, 0, 0});
-    tables.caDescriptions.entries.append({12, 200, 128, 129, 0, 0});
-    tables.network.ownFrequency.channelNumber = 21;
-    tables.network.otherFrequencies.append({22, 0, {}, 0});
-    tables.network.neighbours.append({1, 1, 0, 0, 70000, 0});
+    test::editTables(*model, [](ConfigTables& tables) {
+        MultiplexFrame first = test::frame(3, {test::service(1, 100)});
+        first.timeSlots.resize(30);
+        first.timeSlots[29] = 36;
+        tables.continuous.frames.append(first);
+        tables.continuous.frames.append(test::frame(4, {test::service(1, 200)}));
+        tables.shortTime.frames.append(test::frame(9, {test::service(1, 900)}));
+        tables.continuousServices.entries.append({100, 21, 0});
+        tables.caDescriptions.entries.append({11, 100, 128, 129, 0, 0});
+        tables.caDescriptions.entries.append({12, 200, 128, 129, 0, 0});
+        tables.network.ownFrequency.channelNumber = 21;
+        tables.network.otherFrequencies.append({22, 0, {}, 0});
+        tables.network.neighbours.append({1, 1, 0, 0, 70000, 0});
+    });
     return model;
 }
 
@@ -44,7 +45,7 @@ class Checks : public testing::TestWithParam<CheckCase> {};
 
 TEST_P(Checks, AnswerAndSayWhy) {
     const auto model = occupiedModel();
-    const auto before = std::make_unique<ConfigTables>(model->tables());
+    const auto before = copyOf(model->tables());
     test::ScriptedPrompts prompts;
     ConfigChecks checks(*model, prompts);
     EXPECT_EQ(GetParam().check(checks), GetParam().result);

@@ -48,10 +48,11 @@ class Store : public testing::Test {
     // Whether an operation was refused without a trace.
     template <class Operation>
     void expectRefused(Operation operation) {
-        const auto before = std::make_unique<ConfigModel>(*model_);
+        const auto before = copyOf(model_->tables());
+        const FlatChannelList channels = model_->flatChannels();
         EXPECT_EQ(operation(), -1);
-        EXPECT_TRUE(model_->tables() == before->tables());
-        EXPECT_TRUE(model_->flatChannels() == before->flatChannels());
+        EXPECT_TRUE(model_->tables() == *before);
+        EXPECT_TRUE(model_->flatChannels() == channels);
     }
 
     std::unique_ptr<ConfigModel> model_ = std::make_unique<ConfigModel>();
@@ -200,8 +201,10 @@ TEST_F(Store, WhatWouldBreakALimitIsRefused) {
 }
 
 TEST_F(Store, AConfigurationBeyondTheLimitsCanBeShrunk) {
-    for (std::uint8_t i = 1; i < 8; ++i)
-        model_->tables().continuous.frames.append(frameWithSlots(i, 10, i * 10, 8));
+    test::editTables(*model_, [](ConfigTables& tables) {
+        for (std::uint8_t i = 1; i < 8; ++i)
+            tables.continuous.frames.append(frameWithSlots(i, 10, i * 10, 8));
+    });
     expectRefused([this] { return model_->updateFrame(continuous, 0, frameWithSlots(1, 11)); });
     EXPECT_EQ(model_->updateFrame(continuous, 0, frameWithSlots(1, 10, 10, 8)), 0);
     EXPECT_EQ(csct().size(), 40u);
@@ -240,20 +243,23 @@ TEST_F(Store, ChannelIdsGoOnFromTheLastOneIssued) {
         EXPECT_EQ(model_->addChannel(test::channel(ChannelType::Esg, 1, 1), 0), 0);
         return model_->channels(3)[0].channelId;
     };
-    std::uint32_t& last = model_->tables().outputParams.lastChannelId;
-    last = 0xF0000000;
+    const std::uint32_t& last = model_->tables().outputParams.lastChannelId;
+    const auto setLast = [this](std::uint32_t id) {
+        test::editTables(*model_, [id](ConfigTables& t) { t.outputParams.lastChannelId = id; });
+    };
+    setLast(0xF0000000);
     EXPECT_EQ(idOfNext(), 1u);
     EXPECT_EQ(last, 1u);
     model_->clearChannels(3);
     EXPECT_EQ(idOfNext(), 2u);
-    last = 0xEFFFFFFE;
+    setLast(0xEFFFFFFE);
     EXPECT_EQ(idOfNext(), 0xEFFFFFFFu);
     FlatChannelList channels;
     InputChannelRecord record = test::channel(ChannelType::Esg, 1, 1);
     record.channelId = 500;
     channels.append(record);
     model_->setFlatChannels(channels);
-    last = 7;
+    setLast(7);
     EXPECT_EQ(idOfNext(), 501u);
     // A list from elsewhere that holds the largest number there is: ids stay unique.
     record.channelId = 0xFFFFFFFF;
@@ -298,7 +304,9 @@ TEST_F(Store, TheNetworksFrequenciesAndTheCsctBelongTogether) {
     EXPECT_EQ(csct(), (Pairs{{2, 31}}));
     EXPECT_EQ(model_->tables().shortTimeServices.entries.size(), 1u);
 
-    model_->tables().continuous.frames.append(frameWithSlots(1, 1, 100, 1));
+    test::editTables(*model_, [](ConfigTables& tables) {
+        tables.continuous.frames.append(frameWithSlots(1, 1, 100, 1));
+    });
     NetworkInfo info;
     ASSERT_EQ(model_->getNetworkInfo(info), 0);
     info.networkNumber = 9;

@@ -154,9 +154,10 @@ TEST_F(MainPanelTest, LeavesAPanelThatTheHostPlacesAlone) {
 }
 
 TEST_F(MainPanelTest, AboutTellsTheVersions) {
-    auto& params = manager_.model().tables().params264;
+    ParamBlock264 params{};
     std::memcpy(params.softwareVersion.data(), "V2.1", 5);
     std::memcpy(params.hardwareVersion.data(), "H7", 3);
+    manager_.model().set264Block(params);
     drive([this](Robot& r) {
         r.click(panel_.hwnd(), IDC_ABOUT);
         const HWND about = r.waitDialog("关于 Korvane管理软件");

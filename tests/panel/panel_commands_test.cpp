@@ -217,7 +217,9 @@ FlatChannelList oneChannel(std::uint16_t port) {
 TEST_F(PanelCommandsTest, ExportThenImportBringsBackWhatWasThere) {
     const auto file = directory_.path() / "site.ipr";
     manager_.model().setFlatChannels(oneChannel(5000));
-    std::strcpy(manager_.model().deviceParams().controlMac.data(), "001122334455");
+    DeviceParamBlock params{};
+    std::strcpy(params.controlMac.data(), "001122334455");
+    manager_.model().setDeviceParams(params);
     prompts_.files = {file};
     commands_.exportFile();
     EXPECT_THAT(takeLog(), ElementsAre(std::string("save ipr ") + filter, "say 导出配置成功"));

@@ -5,8 +5,24 @@
 #include <random>
 
 #include "model/config_image.h"
+#include "model/config_model.h"
 
 namespace korvane::test {
+
+// Changes a model's tables as a load would, past the operations of the store: change(tables).
+template <class Change>
+void editTables(ConfigModel& model, Change change) {
+    const auto tables = copyOf(model.tables());
+    change(*tables);
+    const auto configuration = model.configuration();
+    encodeImage(*tables, configuration->image);
+    encodeDescriptions(*tables, configuration->descriptions);
+    model.load(*configuration);
+}
+
+inline void loadImage(ConfigModel& model, const ConfigImage& image) {
+    editTables(model, [&image](ConfigTables& tables) { decodeImage(image, tables); });
+}
 
 inline InputChannelRecord channel(ChannelType type, std::uint8_t lastOctet, std::uint16_t port) {
     InputChannelRecord record{};

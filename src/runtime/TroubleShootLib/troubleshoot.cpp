@@ -6,9 +6,9 @@
 #include <cstdio>
 #include <mutex>
 
-#include "runtime/encoding.h"
 #include "runtime/fault_guard.h"
 #include "runtime/fault_report.h"
+#include "text/text.h"
 
 namespace korvane {
 namespace {
@@ -37,7 +37,7 @@ bool sameMinute(const LogTime& a, const LogTime& b) {
 std::string encoded(const LogTime& now, int level, std::string_view message) {
     char time[48];
     std::snprintf(time, sizeof time, "%02d:%02d:%02d", now.hour, now.minute, now.second);
-    const std::string gbk = mswin::gbkFromText(tagOf(level)) + mswin::gbkFromText(message) + '\n';
+    const std::string gbk = korvane::anyToGbk(tagOf(level)) + korvane::anyToGbk(message) + '\n';
     std::string line = time;
     for (const char character : gbk) {
         if (character == '\n') line += '\r';

@@ -1,4 +1,4 @@
-#include "ui/text.h"
+#include "text/text.h"
 
 #include <windows.h>
 
@@ -39,11 +39,14 @@ void toWide(std::string_view utf8, std::wstring& wide) {
 std::string toUtf8(std::wstring_view wide) {
     return encode(CP_UTF8, wide);
 }
-std::string gbkToUtf8(std::string_view gbk) {
-    return toUtf8(decode(gbkCodePage, gbk));
+std::wstring anyToWide(std::string_view text) {
+    const int size = static_cast<int>(text.size());
+    const bool isUtf8 =
+        MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), size, nullptr, 0) > 0;
+    return decode(isUtf8 ? CP_UTF8 : CP_ACP, text);
 }
-std::string utf8ToGbk(std::string_view utf8) {
-    return encode(gbkCodePage, toWide(utf8));
+std::string anyToGbk(std::string_view text) {
+    return encode(gbkCodePage, anyToWide(text));
 }
 std::string systemToUtf8(std::string_view narrow) {
     return toUtf8(decode(CP_ACP, narrow));

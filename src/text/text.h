@@ -12,8 +12,11 @@ std::wstring toWide(std::string_view utf8);
 // Into a text whose room is used again: for many in a row.
 void toWide(std::string_view utf8, std::wstring& wide);
 std::string toUtf8(std::wstring_view wide);
-std::string gbkToUtf8(std::string_view gbk);
-std::string utf8ToGbk(std::string_view utf8);
+
+// From a text that should be UTF-8; one that is not (an exception's, out of a system library) is
+// taken to be in the code page of this system.
+std::wstring anyToWide(std::string_view text);
+std::string anyToGbk(std::string_view text);
 
 // From the code page of this system, which a host's narrow texts are written in.
 std::string systemToUtf8(std::string_view narrow);

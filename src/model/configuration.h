@@ -1,0 +1,22 @@
+#pragma once
+
+#include "model/config_image.h"
+
+namespace korvane {
+
+// A whole configuration in the form in which devices and files hold it, numbers in host order.
+// 680 KB: it belongs on no stack.
+struct Configuration {
+    FlatChannelList channels;
+    ConfigImage image{};
+    DeviceParamBlock params{};
+    ServiceDescriptionImage descriptions{};
+    // False for a file that ends before them: each service then gets a default one.
+    bool hasDescriptions = true;
+};
+
+// Turn every big-endian field of what travels round; the device parameters have none.
+void toNetworkOrder(Configuration& configuration);
+void fromNetworkOrder(Configuration& configuration);
+
+}  // namespace korvane
