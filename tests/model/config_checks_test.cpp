@@ -134,9 +134,9 @@ INSTANTIATE_TEST_SUITE_P(
     });
 
 TEST(TimeSlotCheck, CountsFromZeroWithoutAnySlot) {
-    const ConfigModel model;
+    const auto model = std::make_unique<ConfigModel>();
     test::ScriptedPrompts prompts;
-    ConfigChecks checks(model, prompts);
+    ConfigChecks checks(*model, prompts);
     EXPECT_EQ(checks.checkTimeSlotCount(39), 0);
     EXPECT_EQ(checks.checkTimeSlotCount(40), -1);
     EXPECT_EQ(prompts.log, std::vector<std::string>{"say 已达最大时隙数，超出时隙数(1)"});

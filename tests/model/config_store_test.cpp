@@ -122,46 +122,30 @@ TEST_F(Store, SingleSlotsAreEditedInPlace) {
     EXPECT_EQ(model_->allocateTimeSlots(-1, 1000).size(), 40u);
 }
 
-TEST_F(Store, IndexesThatNameNothingAreRefused) {
+TEST_F(Store, WhatNamesNothingIsRefused) {
     ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(1, 1, 100, 1)), 0);
     ASSERT_EQ(model_->addChannel(test::channel(ChannelType::Data, 1, 1), ConfigModel::atEnd), 0);
-    MultiplexFrame frame;
-    FrequencyPoint point{};
-    NeighbourNetwork network{};
-    ServiceFrequencyEntry entry{};
-    FlatChannelList list;
     InputChannelRecord odd = test::channel(ChannelType::Data, 1, 2);
     odd.type = 8;
-    for (const int index : {-1, 1, 2, 1000}) {
-        expectRefused([&] { return model_->removeFrame(continuous, index); });
-        expectRefused([&] { return model_->updateFrame(continuous, index, frame); });
-        expectRefused([&] { return model_->getFrame(continuous, index, frame); });
-        expectRefused([&] { return model_->removeService(continuous, 0, index); });
-        expectRefused([&] { return model_->updateService(continuous, 0, index, {}); });
+    FlatChannelList list;
+    for (const int index : {-1, 1, 1000}) {
         expectRefused([&] { return model_->addService(continuous, index, {}); });
+        expectRefused([&] { return model_->updateService(continuous, index, 0, {}); });
+        expectRefused([&] { return model_->removeService(continuous, index, 0); });
+        expectRefused([&] { return model_->setTimeSlot(continuous, index, 0, 1); });
+        expectRefused([&] { return model_->removeTimeSlot(continuous, index, 0); });
     }
-    expectRefused([&] { return model_->removeChannel(6, 1); });
     expectRefused([&] { return model_->removeChannel(8, 0); });
     expectRefused([&] { return model_->clearChannels(8); });
     expectRefused([&] { return model_->getChannels(8, list); });
-    expectRefused([&] { return model_->updateChannel(1, test::channel(ChannelType::Data, 1, 1)); });
     expectRefused([&] { return model_->updateChannel(0, odd); });
     expectRefused([&] { return model_->addChannel(odd, ConfigModel::atEnd); });
     expectRefused([&] { return model_->addChannel(test::channel(ChannelType::Data, 1, 1), 2); });
-    expectRefused([&] { return model_->getFrequencyPoint(0, point); });
-    expectRefused([&] { return model_->setFrequencyPoint(0, point); });
-    expectRefused([&] { return model_->removeFrequencyPoint(0); });
-    expectRefused([&] { return model_->getNeighbourNetwork(0, network); });
-    expectRefused([&] { return model_->setNeighbourNetwork(0, network); });
-    expectRefused([&] { return model_->removeNeighbourNetwork(0); });
-    expectRefused([&] { return model_->getServiceFrequency(shortTime, 0, entry); });
-    expectRefused([&] { return model_->setServiceFrequency(shortTime, 0, entry); });
-    expectRefused([&] { return model_->removeServiceFrequency(shortTime, 0); });
-    expectRefused([&] { return model_->addServiceFrequency(shortTime, entry, 1); });
-    expectRefused([&] { return model_->addServiceFrequency(shortTime, entry, -2); });
+    expectRefused([&] { return model_->addServiceFrequency(shortTime, {}, 1); });
+    expectRefused([&] { return model_->addServiceFrequency(shortTime, {}, -2); });
 }
 
-TEST_F(Store, WhatWouldBreakALimitIsRefused) {
+TEST_F(Store, WhatWouldBreakALimitOfTheWholeIsRefused) {
     for (int i = 0; i < 60; ++i)
         ASSERT_EQ(model_->addChannel(test::channel(static_cast<ChannelType>(i % 8), 1, 1),
                                      ConfigModel::atEnd),
@@ -169,9 +153,6 @@ TEST_F(Store, WhatWouldBreakALimitIsRefused) {
     expectRefused([this] {
         return model_->addChannel(test::channel(ChannelType::Esg, 1, 1), ConfigModel::atEnd);
     });
-    for (int i = 0; i < 40; ++i) ASSERT_EQ(model_->addFrame(shortTime, frameWithSlots(1, 40)), 0);
-    expectRefused([this] { return model_->addFrame(shortTime, frameWithSlots(1, 0)); });
-
     // 40 slots and 40 announced services are what all continuous frames share.
     ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(0, 30, 0, 8)), 0);
     for (std::uint8_t i = 1; i < 6; ++i)
@@ -186,15 +167,6 @@ TEST_F(Store, WhatWouldBreakALimitIsRefused) {
     ASSERT_EQ(model_->removeService(continuous, 5, 0), 0);
     ASSERT_EQ(model_->addServiceFrequency(continuous, {1, 30, 0}), 0);
     expectRefused([this] { return model_->addService(continuous, 5, test::service(8, 9)); });
-
-    for (int i = 0; i < 16; ++i) {
-        ASSERT_EQ(model_->addFrequencyPoint({}), 0);
-        ASSERT_EQ(model_->addNeighbourNetwork({}), 0);
-    }
-    expectRefused([this] { return model_->addFrequencyPoint({}); });
-    expectRefused([this] { return model_->addNeighbourNetwork({}); });
-    for (int i = 0; i < 10; ++i) ASSERT_EQ(model_->appendCaSystem({}), 0);
-    expectRefused([this] { return model_->appendCaSystem({}); });
     NetworkInfo info;
     info.name.assign(257, 'n');
     expectRefused([&] { return model_->setNetworkInfo(info); });
@@ -212,27 +184,15 @@ TEST_F(Store, AConfigurationBeyondTheLimitsCanBeShrunk) {
     EXPECT_EQ(model_->removeFrame(continuous, 6), 0);
 }
 
-TEST_F(Store, ChannelsKeepTheirTypesListsAndTheirPlaces) {
-    const auto add = [this](ChannelType type, std::uint8_t octet, std::uint32_t position) {
-        ASSERT_EQ(model_->addChannel(test::channel(type, octet, 1), position), 0);
-    };
-    add(ChannelType::Emm, 1, ConfigModel::atEnd);
-    add(ChannelType::Video, 2, ConfigModel::atEnd);
-    add(ChannelType::Video, 3, 0);
-    add(ChannelType::Video, 4, 2);
-    FlatChannelList video;
-    ASSERT_EQ(model_->getChannels(0, video), 0);
-    ASSERT_EQ(video.size(), 3u);
-    EXPECT_EQ(video[0].address[3], 3);
-    EXPECT_EQ(video[2].address[3], 4);
-    EXPECT_EQ(video[2].position, 2);
-    EXPECT_EQ(model_->channels(5)[0].position, 3);
-
-    video[1].port = 77;
-    ASSERT_EQ(model_->updateChannel(1, video[1]), 0);
+TEST_F(Store, ChannelsOfAllTypesMakeOneList) {
+    for (const auto type : {ChannelType::Emm, ChannelType::Video, ChannelType::Video})
+        ASSERT_EQ(model_->addChannel(test::channel(type, 1, 1), ConfigModel::atEnd), 0);
+    EXPECT_EQ(model_->channels(0)[1].position, 1);
+    EXPECT_EQ(model_->channels(5)[0].position, 2);
+    InputChannelRecord changed = model_->channels(0)[1];
+    changed.port = 77;
+    ASSERT_EQ(model_->updateChannel(1, changed), 0);
     EXPECT_EQ(model_->flatChannels()[1].port, 77);
-    ASSERT_EQ(model_->removeChannel(0, 0), 0);
-    EXPECT_EQ(model_->flatChannels().size(), 3u);
     ASSERT_EQ(model_->clearChannels(0), 0);
     EXPECT_EQ(model_->flatChannels().size(), 1u);
     EXPECT_EQ(model_->flatChannels()[0].position, 0);
@@ -329,6 +289,21 @@ TEST_F(Store, HeadersAndBlocksAreCarriedWhole) {
     EXPECT_EQ(back, bytes);
     EXPECT_EQ(length, 44);
     EXPECT_EQ(model_->tables().headerValue, 0x0A09);
+    ParamBlock264 params{}, paramsBack{};
+    params.value2 = 0x1234;
+    model_->set264Block(params);
+    model_->get264Block(paramsBack);
+    EXPECT_EQ(paramsBack, params);
+    CaDescriptionTable ca{6, 1, 4, {}}, caBack;
+    ca.entries.append({0x0B01, 7, 128, 159, 1, 0});
+    model_->setCaTable(ca);
+    ASSERT_EQ(model_->appendCaSystem({0x0B02, 8, 128, 159, 1, 0}), 0);
+    model_->getCaTable(caBack);
+    EXPECT_EQ(caBack.entries[1].caSystemId, 0x0B02);
+    caBack.entries.erase(1);
+    EXPECT_EQ(caBack, ca);
+    for (int i = 2; i < 10; ++i) ASSERT_EQ(model_->appendCaSystem({}), 0);
+    expectRefused([this] { return model_->appendCaSystem({}); });
     EXPECT_EQ(model_->reserved(1) + model_->reserved(1, 2) + model_->reserved(1, 2, 3), 0);
 }
 
