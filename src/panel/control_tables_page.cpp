@@ -52,12 +52,10 @@ bool TableList::onCommand(int id, int notification, HWND) {
     return true;
 }
 
-// The page that is left, or filled, does so unseen.
+// The page that is left, and the one that is filled, do so unseen.
 void TableList::select(int index) {
-    const auto wanted = static_cast<std::size_t>(index);
-    if (wanted == tables_.selected()) return;
     stack_.show(tableCount);
-    tables_.select(wanted);
+    tables_.select(static_cast<std::size_t>(index));
     stack_.show(tables_.selected());
 }
 

@@ -56,6 +56,25 @@ TEST_F(Client, StaleAnswersAreThrownAwayBeforeTheRequestLeaves) {
     EXPECT_EQ(link_.log, "drain drain send ");
 }
 
+// A peer that never stops sending.
+TEST(ClientOfAFlood, AsksAllTheSame) {
+    class FloodedLink : public test::ScriptedLink {
+      public:
+        int receive(void* buffer, std::size_t capacity, std::uint32_t& received,
+                    std::uint32_t timeoutMs) override {
+            if (timeoutMs == 0 && ++drained < 1'000'000) hasStale({1});
+            return ScriptedLink::receive(buffer, capacity, received, timeoutMs);
+        }
+        int drained = 0;
+    } link;
+    DeviceClient client(link);
+    client.Start("10.1.2.3");
+    client.attempts = 1;
+    link.answers(frameOf(4001, 0));
+    EXPECT_EQ(client.RebootDevice(), 0);
+    EXPECT_LT(link.drained, 10000);
+}
+
 TEST_F(Client, OnePingThenOnePauseThenOneRetry) {
     link_.staysSilent();
     link_.answers(frameOf(4001, 0));
@@ -86,6 +105,8 @@ TEST_F(Client, ASocketThatIsNotWritableFailsButARefusedSendCountsAsSent) {
     client_.attempts = 1;
     link_.sendResult = -1;
     EXPECT_EQ(reboot(), -1);
+    EXPECT_EQ(client_.Exchange(4011, Bytes(65537), {}), -1);
+    EXPECT_EQ(link_.sent.size(), 2u) << "no train follows an announcement that did not leave";
     link_.sendResult = 10054;
     link_.answers(frameOf(4001, 0));
     EXPECT_EQ(reboot(), 0);
@@ -279,10 +300,11 @@ TEST_F(Client, ADeviceThatDripsItsAnswerDoesNotHoldTheLinkForEver) {
 }
 
 TEST_F(Client, StatusCommandsTryOnceWithShortTimeoutsAndPutTheDefaultsBack) {
-    std::uint16_t heartbeat = 0;
+    std::uint16_t heartbeat = 7;
     auto image = std::make_unique<DeviceStatusImage>();
     StatusSummary summary{};
     EXPECT_EQ(client_.GetHeartbeat(heartbeat), -2);
+    EXPECT_EQ(heartbeat, 7);
     EXPECT_EQ(client_.GetDeviceStatus(*image), -2);
     EXPECT_EQ(client_.GetStatusSummary(2, summary), -2);
     EXPECT_EQ(link_.receiveTimeouts, (std::vector<std::uint32_t>{500, 1000, 500}));
@@ -291,6 +313,9 @@ TEST_F(Client, StatusCommandsTryOnceWithShortTimeoutsAndPutTheDefaultsBack) {
     link_.receiveTimeouts.clear();
     EXPECT_EQ(reboot(), -2);
     EXPECT_EQ(link_.receiveTimeouts, (std::vector<std::uint32_t>{3000, 3000}));
+    link_.answers(frameOf(4006, 0, {0x12, 0x34}));
+    EXPECT_EQ(client_.GetHeartbeat(heartbeat), 0);
+    EXPECT_EQ(heartbeat, 0x1234);
 
     client_.SetTimeout(700, DeviceClient::Timeout::Receive);
     client_.attempts = 1;

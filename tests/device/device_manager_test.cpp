@@ -2,105 +2,105 @@
 
 #include <atomic>
 #include <condition_variable>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <mutex>
 #include <thread>
 #include <vector>
 
+#include "device/command_frame.h"
 #include "device/udp_link.h"
-#include "simulator/simulated_device.h"
 #include "simulator/simulator_link.h"
-#include "support/configurations.h"
+#include "support/recording_sink.h"
 #include "support/scratch_directory.h"
+#include "support/scripted_link.h"
 
 namespace korvane {
 namespace {
 
-// A sink on which a test waits for the outcome.
-class WaitingSink : public ProgressSink {
+using test::RecordingSink;
+
+std::shared_ptr<RecordingSink> newSink() {
+    return std::make_shared<RecordingSink>();
+}
+
+constexpr std::uint32_t anyCommand = 0;
+
+// The link to a device that stays silent at one command, or at all: the wait for its answer ends
+// only with the link, as a real wait of hours would.
+class SilentAtLink : public SimulatorLink {
   public:
-    void progress(int percent) override {
-        if (percent == 100) tell(0);
-    }
-    void failed(int code) override { tell(code); }
+    SilentAtLink(SimulatedDevice& device, std::uint32_t command)
+        : SimulatorLink(device, 60000), silentAt(command) {}
 
-    int outcome() {
-        std::unique_lock lock(mutex_);
-        told_.wait(lock, [this] { return count_ > 0; });
-        return code_;
-    }
-    int timesTold() {
-        const std::lock_guard guard(mutex_);
-        return count_;
-    }
-
-  private:
-    void tell(int code) {
-        const std::lock_guard guard(mutex_);
-        code_ = code;
-        ++count_;
-        told_.notify_all();
-    }
-
-    std::mutex mutex_;
-    std::condition_variable told_;
-    int code_ = 0, count_ = 0;
-};
-
-// A link whose peer never answers and whose waits end only by cancel(), as those of a real one do.
-class HangingLink : public DeviceLink {
-  public:
     bool open() override {
         const std::lock_guard guard(mutex_);
         cancelled_ = false;
-        ++opened;
-        return openWorks;
+        return openWorks && SimulatorLink::open();
     }
-    void close() override { ++closed; }
     void cancel() override {
-        const std::lock_guard guard(mutex_);
-        cancelled_ = true;
+        {
+            const std::lock_guard guard(mutex_);
+            cancelled_ = true;
+        }
         changed_.notify_all();
+        SimulatorLink::cancel();
     }
-    int send(std::uint32_t, std::uint16_t, std::uint32_t, const void*, std::uint16_t n) override {
-        return n;
+    int send(std::uint32_t address, std::uint16_t port, std::uint32_t timeoutMs, const void* data,
+             std::uint16_t length) override {
+        ++calls;
+        const auto* bytes = static_cast<const std::uint8_t*>(data);
+        const std::uint32_t wanted = silentAt;
+        asked_ = wanted == anyCommand || getBigEndian32(bytes) == wanted;
+        return SimulatorLink::send(address, port, timeoutMs, data, length);
     }
-    int receive(void*, std::size_t, std::uint32_t&, std::uint32_t timeoutMs) override {
+    int receive(void* buffer, std::size_t capacity, std::uint32_t& received,
+                std::uint32_t timeoutMs) override {
+        ++calls;
+        if (timeoutMs == 0 || !asked_)
+            return SimulatorLink::receive(buffer, capacity, received, timeoutMs);
         std::unique_lock lock(mutex_);
-        if (timeoutMs == 0) return -1;
-        ++waiting_;
+        waiting_ = true;
         changed_.notify_all();
         changed_.wait(lock, [this] { return cancelled_; });
-        --waiting_;
+        waiting_ = false;
         return -1;
     }
-    bool isReachable(const std::string&) override { return false; }
-    void sleep(std::uint32_t) override {}
-    std::uint32_t ticks() override { return 1; }
 
-    void awaitReceive() {
+    void awaitWaiting() {
         std::unique_lock lock(mutex_);
-        changed_.wait(lock, [this] { return waiting_ > 0; });
+        changed_.wait(lock, [this] { return waiting_; });
     }
 
+    std::atomic<std::uint32_t> silentAt;
+    std::atomic<int> calls{0};
     bool openWorks = true;
-    int opened = 0, closed = 0;
 
   private:
     std::mutex mutex_;
     std::condition_variable changed_;
-    bool cancelled_ = false;
-    int waiting_ = 0;
+    std::atomic<bool> asked_{false};
+    bool cancelled_ = false, waiting_ = false;
 };
 
 class Manager : public testing::Test {
   protected:
+    void awaitStatus() {
+        while (manager_.getDeviceStatusImage(*image_) != 0) std::this_thread::yield();
+    }
+    void expectNoStatus() {
+        StatusSummary summary{};
+        EXPECT_EQ(manager_.getStatusSummary(summary), -1);
+        EXPECT_EQ(manager_.getDeviceStatusImage(*image_), -1);
+    }
+
+    static constexpr std::uint32_t noCommand = 99999;
+
     test::ScratchDirectory scratch_;
     SimulatedDevice device_;
-    SimulatorLink link_{device_, 60000};
+    SilentAtLink link_{device_, noCommand};
     DeviceManager manager_{link_, scratch_.path()};
-    std::shared_ptr<WaitingSink> sink_ = std::make_shared<WaitingSink>();
+    std::shared_ptr<RecordingSink> sink_ = newSink();
+    std::unique_ptr<DeviceStatusImage> image_ = std::make_unique<DeviceStatusImage>();
 };
 
 TEST_F(Manager, StartLoadsTheDevicesCacheAndStopEmptiesTheModel) {
@@ -115,66 +115,112 @@ TEST_F(Manager, StartLoadsTheDevicesCacheAndStopEmptiesTheModel) {
     EXPECT_EQ(manager_.Stop(), 0);
     EXPECT_TRUE(manager_.model().flatChannels().empty());
     EXPECT_TRUE(manager_.model().tables() == *std::make_unique<ConfigTables>());
-    StatusSummary summary{};
-    EXPECT_EQ(manager_.getStatusSummary(summary), -1);
 
     ASSERT_EQ(manager_.Start("10.1.2.3"), 0);
     EXPECT_EQ(manager_.model().flatChannels().size(), channels);
     ASSERT_EQ(manager_.Start("10.1.2.4"), 0);  // without a Stop: another device, not cached
     EXPECT_TRUE(manager_.model().flatChannels().empty());
+    EXPECT_EQ(manager_.deviceAddress(), "10.1.2.4");
     EXPECT_EQ(manager_.Stop(), 0);
     EXPECT_EQ(manager_.Stop(), 0);
 }
 
-TEST_F(Manager, ThePollerFillsTheStatusThatTheViewsCopy) {
+TEST_F(Manager, ThePollerFillsTheStatusUntilAnotherStart) {
     std::vector<bool> bits;
     EXPECT_EQ(manager_.getAlarmBits(bits), -1);
+    expectNoStatus();
+    device_.status().forceAlarms(0x19);
     ASSERT_EQ(manager_.Start("10.1.2.3"), 0);
-    auto image = std::make_unique<DeviceStatusImage>();
-    while (manager_.getDeviceStatusImage(*image) != 0) std::this_thread::yield();
-    EXPECT_GT(image->frameCount, 0);
+    awaitStatus();
+    EXPECT_GT(image_->frameCount, 0);
     StatusSummary summary{};
     EXPECT_EQ(manager_.getStatusSummary(summary), 0);
+    EXPECT_EQ(summary.year, 2009);
     EXPECT_EQ(manager_.getAlarmBits(bits), 0);
-    EXPECT_EQ(bits.size(), 8u);
+    EXPECT_EQ(bits, (std::vector<bool>{true, false, false, true, true, false, false, false}));
+
+    link_.silentAt = anyCommand;
+    ASSERT_EQ(manager_.Start("10.1.2.4"), 0);
+    expectNoStatus();  // the first device's would pass for the second's
 }
 
-TEST(ManagerWithoutSocket, StartFailsAndNothingRuns) {
-    test::ScratchDirectory scratch;
-    HangingLink link;
-    link.openWorks = false;
-    DeviceManager manager(link, scratch.path());
-    EXPECT_EQ(manager.Start("10.1.2.3"), -1);
-    auto sink = std::make_shared<WaitingSink>();
-    ASSERT_EQ(manager.startDownload(sink), 0);
-    EXPECT_EQ(sink->outcome(), -1);
-}
-
-TEST(ManagerWithSilentDevice, StopEndsAPollAndASaveUnderWay) {
-    test::ScratchDirectory scratch;
-    HangingLink link;
-    auto sink = std::make_shared<WaitingSink>();
-    {
-        DeviceManager manager(link, scratch.path());
-        ASSERT_EQ(manager.Start("10.1.2.3"), 0);
-        link.awaitReceive();
-        ASSERT_EQ(manager.startDownload(sink), 0);
-        EXPECT_EQ(manager.startUpload(std::make_shared<WaitingSink>()), -1);
-        manager.Stop();
-        EXPECT_EQ(sink->timesTold(), 1);
-        EXPECT_LT(sink->outcome(), 0);
-        EXPECT_EQ(manager.client().RebootDevice(), -1);
+// The poller waits for the answer to each of its commands in turn.
+TEST_F(Manager, StopInTheMiddleOfAPollLeavesNothingRunning) {
+    for (const std::uint32_t command : {4006u, 4008u, 4007u}) {
+        link_.silentAt = command;
+        ASSERT_EQ(manager_.Start("10.1.2.3"), 0);
+        link_.awaitWaiting();
+        EXPECT_EQ(manager_.Stop(), 0);
+        const int calls = link_.calls;
+        expectNoStatus();
+        EXPECT_EQ(link_.calls, calls);
     }
-    EXPECT_EQ(sink->timesTold(), 1);
+}
+
+TEST_F(Manager, StopFailsATransferUnderWayOnce) {
+    link_.silentAt = anyCommand;
+    ASSERT_EQ(manager_.Start("10.1.2.3"), 0);
+    link_.awaitWaiting();
+    ASSERT_EQ(manager_.startDownload(sink_), 0);
+    EXPECT_EQ(manager_.startUpload(newSink()), -1);
+    manager_.Stop();
+    EXPECT_EQ(sink_->outcomes(), 1);
+    EXPECT_LT(sink_->outcome(), 0);
+    EXPECT_EQ(manager_.client().RebootDevice(), -1);
+}
+
+TEST_F(Manager, WithoutASocketNothingRuns) {
+    link_.openWorks = false;
+    EXPECT_EQ(manager_.Start("10.1.2.3"), -1);
+    ASSERT_EQ(manager_.startDownload(sink_), 0);
+    EXPECT_EQ(sink_->outcome(), -1);
+}
+
+// A save keeps the link busy, and the device takes its time to make it take effect.
+TEST(ManagerNews, AreNoneDuringASaveAndTenSecondsAfterIt) {
+    class AskingLink : public test::ScriptedLink {
+      public:
+        bool isReachable(const std::string& host) override {
+            newsMeanwhile = news();
+            return ScriptedLink::isReachable(host);
+        }
+        std::function<int()> news;
+        int newsMeanwhile = 0;
+    } link;
+    const test::ScratchDirectory scratch;
+    DeviceManager manager(link, scratch.path());
+    link.news = [&manager] {
+        std::vector<bool> none;
+        return manager.getAlarmBits(none);
+    };
+    const auto run = [&](auto start) {
+        const auto sink = newSink();
+        ASSERT_EQ((manager.*start)(sink), 0);
+        EXPECT_EQ(sink->outcome(), -2);
+    };
+    ASSERT_EQ(manager.client().Start("10.1.2.3"), 0);
+    EXPECT_EQ(link.news(), -1);
+    run(&DeviceManager::startUpload);
+    EXPECT_EQ(link.newsMeanwhile, -1);
+    EXPECT_EQ(link.news(), -1);
+    link.now = 0xFFFFFFFF - 4000;  // the clock wraps meanwhile
+    run(&DeviceManager::startDownload);
+    EXPECT_EQ(link.newsMeanwhile, 1);
+    const std::uint32_t end = link.now;
+    for (const auto& [passed, news] : {std::pair{0u, 1}, {9999u, 1}, {10000u, -1}, {60000u, -1}}) {
+        link.now = end + passed;
+        EXPECT_EQ(link.news(), news) << passed;
+    }
 }
 
 // A poller that hangs in the system while it holds the client's lock, until it is ended by force.
-class StuckLink : public HangingLink {
+class StuckLink : public SilentAtLink {
   public:
+    using SilentAtLink::SilentAtLink;
     int receive(void* buffer, std::size_t capacity, std::uint32_t& received,
                 std::uint32_t timeoutMs) override {
         if (timeoutMs == 0 || stuck.exchange(true))
-            return HangingLink::receive(buffer, capacity, received, timeoutMs);
+            return SilentAtLink::receive(buffer, capacity, received, timeoutMs);
         while (!released) std::this_thread::yield();
         return -1;
     }
@@ -182,8 +228,9 @@ class StuckLink : public HangingLink {
 };
 
 TEST(ManagerWithHangingPoller, StopEndsItByForceAndTheNextStartWorks) {
-    test::ScratchDirectory scratch;
-    StuckLink link;
+    const test::ScratchDirectory scratch;
+    SimulatedDevice device;
+    StuckLink link(device, anyCommand);
     static int forced;
     static std::thread abandoned;
     forced = 0;
@@ -194,11 +241,11 @@ TEST(ManagerWithHangingPoller, StopEndsItByForceAndTheNextStartWorks) {
     ASSERT_EQ(manager.Start("10.1.2.3"), 0);
     while (!link.stuck) std::this_thread::yield();
     // A transfer waits for the link that the poller holds.
-    auto sink = std::make_shared<WaitingSink>();
+    const auto sink = newSink();
     ASSERT_EQ(manager.startUpload(sink), 0);
     EXPECT_EQ(manager.Stop(), 0);
     EXPECT_EQ(forced, 1);
-    EXPECT_EQ(sink->timesTold(), 1);
+    EXPECT_EQ(sink->outcomes(), 1);
     EXPECT_NE(sink->outcome(), 0);
     EXPECT_EQ(manager.Start("10.1.2.3"), 0);
     EXPECT_EQ(manager.Stop(), 0);
@@ -207,15 +254,15 @@ TEST(ManagerWithHangingPoller, StopEndsItByForceAndTheNextStartWorks) {
     abandoned.join();
 }
 
-// The link over real sockets, and a save that Stop cuts off: nothing may be left that still uses
+// The link over real sockets, and a load that Stop cuts off: nothing may be left that still uses
 // the closed socket. Under the thread sanitizer this is also the test of every shared flag.
 TEST(ManagerOverUdp, RepeatedStartsAndStopsLeaveNothingBehind) {
-    test::ScratchDirectory scratch;
+    const test::ScratchDirectory scratch;
     UdpDeviceLink link([](const std::string&) { return false; });
     DeviceManager manager(link, scratch.path());
     for (int i = 0; i < 5; ++i) {
         ASSERT_EQ(manager.Start("127.0.0.1"), 0);
-        auto sink = std::make_shared<WaitingSink>();
+        const auto sink = newSink();
         ASSERT_EQ(manager.startUpload(sink), 0);
         manager.Stop();
         EXPECT_NE(sink->outcome(), 0);

@@ -14,12 +14,6 @@ using test::Bytes;
 using test::bytesAt;
 using test::frameOf;
 
-template <class T>
-Bytes bytesOf(const T& object) {
-    const auto* from = reinterpret_cast<const std::uint8_t*>(&object);
-    return Bytes(from, from + sizeof object);
-}
-
 TEST(StatusRecords, ExactlyTheMeaningfulNumbersAreTurned) {
     // Every byte holds the low byte of its offset, so that a turned field shows.
     auto image = std::make_unique<DeviceStatusImage>();
@@ -45,10 +39,10 @@ TEST(StatusRecords, ExactlyTheMeaningfulNumbersAreTurned) {
 TEST(StatusRecords, CountsThatLieStayInTheirArrays) {
     auto image = std::make_unique<DeviceStatusImage>();
     std::memset(static_cast<void*>(image.get()), 0xFF, sizeof *image);
-    const Bytes before = bytesOf(*image);
+    const std::string before = test::wholeBytes(*image);
     fromNetworkOrder(*image);
     toNetworkOrder(*image);
-    EXPECT_EQ(bytesOf(*image), before);
+    EXPECT_EQ(test::wholeBytes(*image), before);
 }
 
 class Poller : public testing::Test {
@@ -124,11 +118,31 @@ TEST_F(Poller, EachFailureInvalidatesTheImageAndEndsThePollButKeepsTheSummary) {
     EXPECT_EQ(summary.year, 0);  // the newest one that came whole
 }
 
-TEST_F(Poller, EndsSoonAfterItIsAsked) {
-    ASSERT_EQ(poller_.start(), 0);
-    poller_.requestStop();
-    poller_.join();
-    EXPECT_TRUE(poller_.ended());
+// Stops the poller when it has slept often enough.
+class StoppingLink : public test::ScriptedLink {
+  public:
+    void sleep(std::uint32_t milliseconds) override {
+        ScriptedLink::sleep(milliseconds);
+        if (slept.size() == 39) poller->requestStop();
+    }
+    StatusPoller* poller = nullptr;
+};
+
+TEST(PollerThread, PollsEveryTwoSecondsAndEndsSoonAfterItIsAsked) {
+    StoppingLink link;
+    DeviceClient client(link);
+    StatusCache cache;
+    StatusPoller poller(client, link, cache);
+    link.poller = &poller;
+    ASSERT_EQ(client.Start("10.1.2.3"), 0);
+    ASSERT_EQ(poller.start(), 0);
+    poller.join();
+    EXPECT_TRUE(poller.ended());
+    EXPECT_EQ(link.slept, std::vector<std::uint32_t>(39, 100));
+    const auto second = link.log.find("send", 1);
+    EXPECT_EQ(link.log.substr(0, second).size(),
+              std::strlen("send ") + 20 * std::strlen("sleep100 "));
+    EXPECT_EQ(link.sent.size(), 2u);
 }
 
 }  // namespace

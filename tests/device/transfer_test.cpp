@@ -7,9 +7,12 @@
 
 #include "device/crc32.h"
 #include "device/transfer_sequences.h"
+#include "model/whole_file.h"
 #include "simulator/simulated_device.h"
 #include "simulator/simulator_link.h"
+#include "support/bytes.h"
 #include "support/configurations.h"
+#include "support/recording_sink.h"
 #include "support/scratch_directory.h"
 
 namespace korvane {
@@ -17,13 +20,7 @@ namespace {
 
 using testing::ElementsAre;
 
-class RecordingSink : public ProgressSink {
-  public:
-    void progress(int percent) override { told.push_back(percent); }
-    void failed(int code) override { failures.push_back(code); }
-
-    std::vector<int> told, failures;
-};
+using test::RecordingSink;
 
 // The panel's side of a transfer and a simulated device behind it. Only the clock of the link
 // passes.
@@ -41,12 +38,11 @@ class Transfer : public testing::Test {
     // Runs a sequence as the worker does and returns what it reported last.
     int run(const TransferWorker::Sequence& sequence) {
         commands_.clear();
-        *sink_ = {};
+        sink_ = std::make_shared<RecordingSink>();
         EXPECT_EQ(worker_.start(sink_, sequence), 0);
         worker_.join();
-        const bool succeeded = !sink_->told.empty() && sink_->told.back() == 100;
-        EXPECT_EQ(sink_->failures.size() + (succeeded ? 1 : 0), 1u) << "one outcome, once";
-        return succeeded ? 0 : sink_->failures.front();
+        EXPECT_EQ(sink_->outcomes(), 1);
+        return sink_->outcome();
     }
     int save() {
         return run([this](Progress& progress) { return runSave(client_, *model_, progress); });
@@ -79,7 +75,7 @@ class Transfer : public testing::Test {
     DeviceClient client_{link_};
     TransferWorker worker_{link_};
     std::unique_ptr<ConfigModel> model_ = std::make_unique<ConfigModel>();
-    std::shared_ptr<RecordingSink> sink_ = std::make_shared<RecordingSink>();
+    std::shared_ptr<RecordingSink> sink_;
     std::vector<std::uint32_t> commands_;
 };
 
@@ -92,7 +88,8 @@ TEST_F(Transfer, ASaveSendsEverythingInOrderAndTellsItsProgress) {
     EXPECT_THAT(commands_, ElementsAre(1, 2000, 2001, 2003, 2004, 2005, 2009, 2010, 2006, 2007,
                                        2008, 2999, 103, 4000));
     // 19 steps; SetImageBlock624 (2003) counts none.
-    EXPECT_THAT(sink_->told, ElementsAre(5, 10, 15, 21, 26, 31, 36, 42, 47, 52, 57, 63, 73, 100));
+    EXPECT_THAT(sink_->percentages(),
+                ElementsAre(5, 10, 15, 21, 26, 31, 36, 42, 47, 52, 57, 63, 73, 100));
     EXPECT_TRUE(std::filesystem::exists(scratch_.path() / "10.1.2.3.dat"));
 
     const auto expected = test::randomImage(3);
@@ -108,8 +105,10 @@ TEST_F(Transfer, ALoadBringsBackWhatTheDeviceHoldsAndAsksInOrder) {
     ASSERT_EQ(load(), 0);
     EXPECT_THAT(commands_, ElementsAre(2, 3000, 3001, 3003, 3004, 3005, 3009, 3010, 3006, 3007,
                                        3008, 3999, 104, 101));
-    EXPECT_THAT(sink_->told, ElementsAre(6, 13, 20, 26, 33, 40, 46, 53, 60, 66, 73, 80, 93, 100));
-    // Too large for a stack, both of them.
+    EXPECT_THAT(sink_->percentages(),
+                ElementsAre(6, 13, 20, 26, 33, 40, 46, 53, 60, 66, 73, 80, 93, 100));
+    EXPECT_EQ(test::wholeBytes(model_->deviceParams()),
+              test::wholeBytes(device_.state().paramsSet));
     const auto loaded = copyOf(model_->tables());
     ASSERT_FALSE(loaded->continuous.frames.empty());
     const auto before = std::make_unique<DeviceState>(device_.state());
@@ -157,14 +156,28 @@ TEST_F(Transfer, LossAndDuplicatesOfSmallAnswersAreOvercome) {
 
 TEST_F(Transfer, AnUpgradeSendsTheFileInPiecesAndWaitsForTheDevice) {
     ASSERT_EQ(upgrade("vxWorks", 25000), 0);
-    ASSERT_GE(commands_.size(), 6u);
-    EXPECT_THAT(std::vector(commands_.begin(), commands_.begin() + 5),
-                ElementsAre(4009, 4011, 4011, 4011, 4010));
-    for (std::size_t i = 5; i < commands_.size(); ++i) EXPECT_EQ(commands_[i], 4012u);
+    // The device is at it for three polls.
+    EXPECT_THAT(commands_, ElementsAre(4009, 4011, 4011, 4011, 4010, 4012, 4012, 4012, 4012));
     // 25000 / 10240 + 25 = 27 steps, counted from 1: begin, two of three pieces, then each poll.
-    ASSERT_GE(sink_->told.size(), 4u);
-    EXPECT_THAT(std::vector(sink_->told.begin(), sink_->told.begin() + 4),
-                ElementsAre(7, 11, 14, 18));
+    EXPECT_THAT(sink_->percentages(), ElementsAre(7, 11, 14, 18, 22, 25, 100));
+}
+
+TEST_F(Transfer, AnUpgradeAsksFifteenTimesASecondApart) {
+    SimulatedDevice busy{{1, 15000, 1000}};
+    SimulatorLink link(busy);
+    DeviceClient client(link);
+    client.Start("10.1.2.3");
+    int asked = 0;
+    busy.onEvent([&](const DeviceEvent& event) { asked += event.command == 4012; });
+    const auto path = scratch_.path() / "vxWorks";
+    ASSERT_TRUE(replaceFile(path, std::vector<std::uint8_t>(5)));
+    RecordingSink sink;
+    Progress progress(sink);
+    EXPECT_EQ(runUpgrade(
+                  client, link, path, [] { return false; }, progress),
+              0);
+    EXPECT_EQ(asked, 15);
+    EXPECT_EQ(link.nowMs(), 15000u);
 }
 
 TEST_F(Transfer, AnUpgradeReportsEachFailureOnce) {
@@ -190,7 +203,9 @@ TEST_F(Transfer, AStoppedUpgradeSendsNoPieceButFinishes) {
 
 TEST_F(Transfer, OneTransferAtATime) {
     std::atomic<bool> release{false};
-    auto first = std::make_shared<RecordingSink>(), second = std::make_shared<RecordingSink>();
+    const auto first = std::make_shared<RecordingSink>();
+    const auto second = std::make_shared<RecordingSink>();
+    const std::uint64_t before = link_.nowMs();
     ASSERT_EQ(worker_.start(first,
                             [&release](Progress&) {
                                 while (!release) std::this_thread::yield();
@@ -200,8 +215,9 @@ TEST_F(Transfer, OneTransferAtATime) {
     EXPECT_EQ(worker_.start(second, [](Progress&) { return 0; }), -1);
     release = true;
     worker_.join();
-    EXPECT_TRUE(second->told.empty());
-    EXPECT_THAT(first->told, ElementsAre(100));
+    EXPECT_TRUE(second->percentages().empty());
+    EXPECT_THAT(first->percentages(), ElementsAre(100));
+    EXPECT_EQ(link_.nowMs() - before, 1000u) << "the operator sees the dialog before it moves";
     EXPECT_EQ(run([](Progress&) -> int { throw std::bad_alloc(); }), -1);
 }
 

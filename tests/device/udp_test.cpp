@@ -105,6 +105,22 @@ TEST(UdpLink, CancellingEndsWaitsAndSleepsOfOtherThreads) {
     EXPECT_TRUE(link.isReachable("127.0.0.1"));
 }
 
+// Not less than asked for, and whatever comes meanwhile.
+TEST(UdpLink, WaitsAsLongAsItIsTold) {
+    UdpDeviceLink link([](const std::string&) { return true; });
+    ASSERT_TRUE(link.open());
+    char byte = 0;
+    std::uint32_t received = 0;
+    for (const std::uint32_t timeoutMs : {0u, 30u, 120u}) {
+        const std::uint32_t start = link.ticks();
+        EXPECT_EQ(link.receive(&byte, 1, received, timeoutMs), -1);
+        EXPECT_GE(link.ticks() - start, timeoutMs);
+    }
+    const std::uint32_t start = link.ticks();
+    link.sleep(30);
+    EXPECT_GE(link.ticks() - start, 30u);
+}
+
 TEST(ParseIpv4, TakesDottedTextsOnly) {
     EXPECT_EQ(parseIpv4("127.0.0.1"), loopback);
     EXPECT_EQ(parseIpv4("multiplexer"), 0xFFFFFFFFu);

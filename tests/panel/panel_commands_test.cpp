@@ -1,13 +1,12 @@
 #include "panel/panel_commands.h"
 
-#include <condition_variable>
 #include <cstring>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <mutex>
 
 #include "support/configurations.h"
+#include "support/recording_sink.h"
 #include "support/scratch_directory.h"
 #include "support/scripted_link.h"
 #include "support/scripted_prompts.h"
@@ -22,30 +21,6 @@ using testing::IsEmpty;
 using Log = std::vector<std::string>;
 
 constexpr const char* filter = "korvane Files (*.dat)|*.dat|All Files (*.*)|*.*||";
-
-class OutcomeSink : public ProgressSink {
-  public:
-    void progress(int percent) override {
-        if (percent == 100) finish(0);
-    }
-    void failed(int code) override { finish(code); }
-    int wait() {
-        std::unique_lock lock(mutex_);
-        finished_.wait(lock, [this] { return outcome_.has_value(); });
-        return *outcome_;
-    }
-
-  private:
-    void finish(int code) {
-        const std::lock_guard lock(mutex_);
-        outcome_ = code;
-        finished_.notify_all();
-    }
-
-    std::mutex mutex_;
-    std::condition_variable finished_;
-    std::optional<int> outcome_;
-};
 
 class PanelCommandsTest : public testing::Test, protected Pages, protected TransferRunner {
   protected:
@@ -65,8 +40,8 @@ class PanelCommandsTest : public testing::Test, protected Pages, protected Trans
     int run(const Start& start) override {
         prompts_.log.push_back("transfer");
         if (transferResult_) return *transferResult_;
-        const auto sink = std::make_shared<OutcomeSink>();
-        return start(sink) == 0 ? sink->wait() : -1;
+        const auto sink = std::make_shared<test::RecordingSink>();
+        return start(sink) == 0 ? sink->outcome() : -1;
     }
 
     Log takeLog() { return std::exchange(prompts_.log, {}); }
