@@ -1,6 +1,8 @@
 #include "runtime/fault_report.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <numeric>
 #include <string>
 
 #include "runtime/structured_exception.h"
@@ -12,6 +14,8 @@ Fault sampleFault(DWORD code) {
     Fault fault{};
     fault.record.ExceptionCode = code;
     fault.record.ExceptionAddress = reinterpret_cast<void*>(0x00401234);
+    fault.record.ExceptionInformation[0] = 1;
+    fault.record.ExceptionInformation[1] = 0x10;
     fault.context.Esp = 0x0012ff00;
     fault.context.Ebp = 0x0012ff40;
     fault.context.Esi = 1;
@@ -22,80 +26,41 @@ Fault sampleFault(DWORD code) {
     fault.context.Edx = 4;
     fault.context.Eip = 0x00401236;
     fault.codeBytes = fault.code.size();
-    for (std::uint8_t i = 0; i < fault.code.size(); ++i) fault.code[i] = 0xf0 + i;
+    std::iota(fault.code.begin(), fault.code.end(), std::uint8_t{0xf0});
     fault.stackWords = fault.stack.size();
-    for (std::uint32_t i = 0; i < fault.stack.size(); ++i) fault.stack[i] = 0x1000 + i;
+    std::iota(fault.stack.begin(), fault.stack.end(), 0x1000u);
     return fault;
 }
 
-std::string firstLine(const std::string& report) {
-    return report.substr(0, report.find("\r\n"));
-}
+const std::string registersAndCode =
+    "esp=0012ff00 ebp=0012ff40 esi=00000001 edi=ffffffff\r\n"
+    "eax=deadbeef ebx=00000002 ecx=00000003 edx=00000004\r\n"
+    "code 00401234(eip=00401236):\r\n"
+    " f0 f1 f2 f3 f4 f5 f6 f7 f8 f9 fa fb fc fd fe ff\r\n";
 
 TEST(FaultReportTest, ToTheCharacter) {
-    Fault fault = sampleFault(0xC0000005);
-    fault.record.ExceptionInformation[0] = 1;
-    fault.record.ExceptionInformation[1] = 0x10;
-    EXPECT_EQ(faultReport(fault),
-              "SE: 内存访问错误: 写  00000010\r\n"
-              "esp=0012ff00 ebp=0012ff40 esi=00000001 edi=ffffffff\r\n"
-              "eax=deadbeef ebx=00000002 ecx=00000003 edx=00000004\r\n"
-              "code 00401234(eip=00401236):\r\n"
-              " f0 f1 f2 f3 f4 f5 f6 f7 f8 f9 fa fb fc fd fe ff\r\n"
-              "stack:\r\n"
-              " 00001000 00001001 00001002 00001003\r\n"
-              " 00001004 00001005 00001006 00001007\r\n"
-              " 00001008 00001009 0000100a 0000100b\r\n"
-              " 0000100c 0000100d 0000100e 0000100f\r\n"
-              " 00001010 00001011 00001012 00001013\r\n"
-              " 00001014 00001015 00001016 00001017\r\n"
-              " 00001018 00001019 0000101a 0000101b\r\n"
-              " 0000101c 0000101d 0000101e 0000101f\r\n"
-              " 00001020 00001021 00001022 00001023\r\n"
-              " 00001024 00001025 00001026 00001027\r\n"
-              " 00001028 00001029 0000102a 0000102b\r\n"
-              " 0000102c 0000102d 0000102e 0000102f\r\n"
-              " 00001030 00001031 00001032 00001033\r\n"
-              " 00001034 00001035 00001036 00001037\r\n"
-              " 00001038 00001039 0000103a 0000103b\r\n");
-    fault.record.ExceptionInformation[0] = 0;
-    EXPECT_EQ(firstLine(faultReport(fault)), "SE: 内存访问错误: 读  00000010");
+    const std::string report = faultReport(sampleFault(0xC0000005));
+    EXPECT_TRUE(report.starts_with("SE: 内存访问错误: 写  00000010\r\n" + registersAndCode +
+                                   "stack:\r\n"
+                                   " 00001000 00001001 00001002 00001003\r\n"
+                                   " 00001004 00001005 00001006 00001007\r\n"))
+        << report;
+    EXPECT_TRUE(report.ends_with(" 00001038 00001039 0000103a 0000103b\r\n")) << report;
+    EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), 21);
+    // There is no stack to show after its overflow.
+    EXPECT_EQ(faultReport(sampleFault(0xC00000FD)), "SE: stack overflow\r\n" + registersAndCode);
 }
 
-TEST(FaultReportTest, NamesEachFault) {
-    const struct {
-        DWORD code;
-        const char* line;
-    } cases[] = {
-        {0xC0000006, "SE: in page error"},
-        {0xC000001D, "SE: illegal instruction"},
-        {0xC0000025, "SE: noncontinuable exception"},
-        {0xC0000026, "SE: invalid disposition"},
-        {0xC000008C, "SE: array bounds exceeded"},
-        {0xC000008D, "SE: flt denormal operand"},
-        {0xC000008E, "SE: flt divide by zero"},
-        {0xC000008F, "SE: flt inexact result"},
-        {0xC0000090, "SE: flt invalid operation"},
-        {0xC0000091, "SE: flt overflow"},
-        {0xC0000092, "SE: flt stack check"},
-        {0xC0000093, "SE: flt underflow"},
-        {0xC0000094, "SE: int divide by zero"},
-        {0xC0000095, "SE: int overflow"},
-        {0xC0000096, "SE: priv instruction"},
-        {0xC00000FD, "SE: stack overflow"},
-        {0x80000002, "SE: datatype misalignment"},
-        {0x80000003, "SE: breakpoint"},
-        {0x80000004, "SE: single step"},
-        {0xC0000017, "SE: unknown exception: -1073741801"},
-    };
+// The others are met in the tests of the guard, where they happen.
+TEST(FaultReportTest, NamesWhatIsRarelyMet) {
+    const std::pair<DWORD, const char*> cases[] = {
+        {0xC0000006, "SE: in page error\r\n"},         {0xC0000026, "SE: invalid disposition\r\n"},
+        {0xC000008C, "SE: array bounds exceeded\r\n"}, {0xC000008D, "SE: flt denormal operand\r\n"},
+        {0xC0000090, "SE: flt invalid operation\r\n"}, {0xC0000091, "SE: flt overflow\r\n"},
+        {0xC0000093, "SE: flt underflow\r\n"},         {0xC0000096, "SE: priv instruction\r\n"},
+        {0x80000002, "SE: datatype misalignment\r\n"}};
     for (const auto& [code, line] : cases)
-        EXPECT_EQ(firstLine(faultReport(sampleFault(code))), line);
-}
-
-TEST(FaultReportTest, AStackOverflowShowsNoStack) {
-    const std::string report = faultReport(sampleFault(0xC00000FD));
-    EXPECT_EQ(report.find("stack:"), std::string::npos);
-    EXPECT_TRUE(report.ends_with(" fc fd fe ff\r\n"));
+        EXPECT_TRUE(faultReport(sampleFault(code)).starts_with(line)) << line;
 }
 
 TEST(FaultReportTest, WhatCannotBeReadIsQuestionMarks) {
@@ -103,19 +68,17 @@ TEST(FaultReportTest, WhatCannotBeReadIsQuestionMarks) {
     fault.codeBytes = 2;
     fault.stackWords = 5;
     const std::string report = faultReport(fault);
-    EXPECT_NE(report.find(":\r\n f0 f1 ?? ?? ?? ?? ?? ?? ?? ?? ?? ?? ?? ?? ?? ??\r\n"),
-              std::string::npos);
-    EXPECT_NE(report.find("\r\n 00001004 ???????? ???????? ????????\r\n ????????"),
-              std::string::npos);
+    for (const char* part : {":\r\n f0 f1 ?? ?? ?? ?? ?? ?? ?? ?? ?? ?? ?? ?? ?? ??\r\n",
+                             "\r\n 00001004 ???????? ???????? ????????\r\n ????????"})
+        EXPECT_NE(report.find(part), std::string::npos) << report;
 }
 
 TEST(FaultReportTest, TheExceptionCarriesReportRecordAndContext) {
     const Fault fault = sampleFault(0xC000001D);
     try {
         throwStructuredException(fault);
-    } catch (const std::logic_error& error) {
-        EXPECT_EQ(error.what(), faultReport(fault));
-        const auto& exception = dynamic_cast<const StructuredException&>(error);
+    } catch (const StructuredException& exception) {
+        EXPECT_EQ(exception.what(), faultReport(fault));
         EXPECT_EQ(exception.record().ExceptionCode, 0xC000001Du);
         EXPECT_EQ(exception.context().Eax, 0xdeadbeefu);
     }
@@ -126,43 +89,37 @@ class CaptureTest : public testing::Test {
   protected:
     ~CaptureTest() override { VirtualFree(pages_, 0, MEM_RELEASE); }
 
-    std::uintptr_t end() const { return reinterpret_cast<std::uintptr_t>(pages_) + pageSize; }
     void protectSecond(DWORD protection) {
-        DWORD previous;
-        VirtualProtect(pages_ + pageSize, pageSize, protection, &previous);
+        VirtualProtect(pages_ + pageSize, pageSize, protection, &protection);
     }
 
     static constexpr std::size_t pageSize = 4096;
     std::uint8_t* pages_ =
         static_cast<std::uint8_t*>(VirtualAlloc(nullptr, 2 * pageSize, MEM_COMMIT, PAGE_READWRITE));
+    const std::uintptr_t end_ = reinterpret_cast<std::uintptr_t>(pages_) + pageSize;
 };
 
 TEST_F(CaptureTest, ReadsUpToWhereItCan) {
     pages_[pageSize - 1] = 7;
     std::uint8_t bytes[16];
-    EXPECT_EQ(readMemory(end() - 4, bytes, 16), 16u);
-    for (const DWORD protection : {DWORD{PAGE_NOACCESS}, DWORD{PAGE_READWRITE | PAGE_GUARD}}) {
+    EXPECT_EQ(readMemory(end_ - 4, bytes, 16), 16u);
+    for (const DWORD protection : {PAGE_NOACCESS, PAGE_READWRITE | PAGE_GUARD}) {
         protectSecond(protection);
-        EXPECT_EQ(readMemory(end() - 4, bytes, 16), 4u);
+        EXPECT_EQ(readMemory(end_ - 4, bytes, 16), 4u);
         EXPECT_EQ(bytes[3], 7);
-        EXPECT_EQ(readMemory(end(), bytes, 16), 0u);
-        EXPECT_EQ(readMemory(end(), bytes, 16), 0u);  // a look uses no guard page up
+        EXPECT_EQ(readMemory(end_, bytes, 16), 0u);
+        EXPECT_EQ(readMemory(end_, bytes, 16), 0u);  // a look uses no guard page up
     }
-    EXPECT_EQ(readMemory(0, bytes, 16), 0u);
-    EXPECT_EQ(readMemory(0xFFFFFFF8, bytes, 16), 0u);
+    for (const std::uintptr_t address : {0u, 0xFFFFFFF8u})
+        EXPECT_EQ(readMemory(address, bytes, 16), 0u);
 }
 
 TEST_F(CaptureTest, CopiesWhatTheReportShows) {
     protectSecond(PAGE_NOACCESS);
-    EXCEPTION_RECORD record{}, nested{};
-    record.ExceptionCode = 0xC000001D;
-    record.ExceptionRecord = &nested;
-    record.NumberParameters = 1;
-    record.ExceptionInformation[0] = 5;
-    record.ExceptionInformation[1] = 6;
+    EXCEPTION_RECORD record{0xC000001D, 0, &record, nullptr, 1, {5, 6}};
     CONTEXT context{};
-    context.Esp = static_cast<DWORD>(end() - 10);
-    context.Eip = static_cast<DWORD>(end() - 3);
+    context.Esp = static_cast<DWORD>(end_ - 10);
+    context.Eip = static_cast<DWORD>(end_ - 3);
     Fault fault;
     captureFault(record, context, fault);
     EXPECT_EQ(fault.codeBytes, 3u);
