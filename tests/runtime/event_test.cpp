@@ -10,9 +10,10 @@
 namespace nox_pub::mswin {
 namespace {
 
+const std::string name = "测试-" + std::to_string(GetCurrentProcessId());
+
 TEST(EventTest, StaysSignalledUntilItIsReset) {
     Event event;
-    EXPECT_FALSE(event.existed());
     EXPECT_FALSE(event.wait(0));
     event.signal();
     EXPECT_TRUE(event.wait(0));
@@ -22,29 +23,25 @@ TEST(EventTest, StaysSignalledUntilItIsReset) {
 }
 
 TEST(EventTest, OnesOfTheSameNameAreOne) {
-    const std::string name = "测试-" + std::to_string(GetCurrentProcessId());
-    Event first(name);
-    Event second(name);
-    Event other(name + "x");
-    Event unnamed;
-    EXPECT_FALSE(first.existed());
+    Event first(name), second(name);
+    const Event other(name + "x"), unnamed, unnamedToo;
     EXPECT_TRUE(second.existed());
-    EXPECT_FALSE(other.existed());
-    EXPECT_FALSE(unnamed.existed());
     first.signal();
     EXPECT_TRUE(second.wait(0));
-    EXPECT_FALSE(other.wait(0));
-    EXPECT_FALSE(unnamed.wait(0));
+    for (const Event* alone : {&other, &unnamed, &unnamedToo}) {
+        EXPECT_FALSE(alone->existed());
+        EXPECT_FALSE(alone->wait(0));
+    }
+    EXPECT_FALSE(first.existed());
 }
 
 TEST(EventTest, ANameThatIsTakenByAnotherKindOfObjectFails) {
-    const std::string name = "taken-" + std::to_string(GetCurrentProcessId());
-    const HANDLE mutex = CreateMutexA(nullptr, FALSE, ("nox_pub:event:" + name).c_str());
+    const HANDLE mutex = CreateMutexA(nullptr, FALSE, "nox_pub:event:taken");
     try {
-        const Event event(name);
+        const Event event("taken");
         FAIL();
     } catch (const EventError& error) {
-        EXPECT_EQ(error.what(), "cannot create: nox_pub:event:" + name);
+        EXPECT_STREQ(error.what(), "cannot create: nox_pub:event:taken");
         EXPECT_EQ(error.code(), static_cast<DWORD>(ERROR_INVALID_HANDLE));
     }
     CloseHandle(mutex);

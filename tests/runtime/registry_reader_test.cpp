@@ -13,20 +13,16 @@ class RegistryReaderTest : public testing::Test {
   protected:
     RegistryReaderTest() { RegCreateKeyA(HKEY_CURRENT_USER, root_.c_str(), &key_); }
     ~RegistryReaderTest() override {
-        RegDeleteKeyA(key_, "First");
-        RegDeleteKeyA(key_, "Second");
+        for (const char* subkey : {"First", "Second"}) RegDeleteKeyA(key_, subkey);
         RegCloseKey(key_);
         RegDeleteKeyA(HKEY_CURRENT_USER, root_.c_str());
     }
-    void set(const char* subkey, const char* name, const std::string& text) {
-        HKEY key = nullptr;
-        RegCreateKeyA(key_, subkey, &key);
-        RegSetValueExA(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
-                       static_cast<DWORD>(text.size() + 1));
-        RegCloseKey(key);
+    void set(const char* subkey, const std::string& text) {
+        RegSetKeyValueA(key_, subkey, "A", REG_SZ, text.c_str(),
+                        static_cast<DWORD>(text.size() + 1));
     }
     // -99 when there is nothing to read.
-    long read(const char* subkey, const char* name) {
+    long read(const char* subkey, const char* name = "A") {
         long number = -99;
         const int result = reader_.read(subkey, name, number);
         EXPECT_EQ(result, number == -99 ? 0 : 1);
@@ -38,45 +34,34 @@ class RegistryReaderTest : public testing::Test {
     RegistryReader reader_{HKEY_CURRENT_USER, root_};
 };
 
-TEST_F(RegistryReaderTest, ReadsDecimalTexts) {
-    set("First", "PrintLog", "1");
-    set("First", "Other", " -20x");
-    set("First", "Text", "yes");
-    EXPECT_EQ(read("First", "PrintLog"), 1);
-    EXPECT_EQ(read("First", "Other"), -20);
-    EXPECT_EQ(read("First", "Text"), 0);
+TEST_F(RegistryReaderTest, ReadsTextsThatBeginWithANumberIfTheyAreNotTooLong) {
+    const std::pair<std::string, long> cases[] = {{"1", 1},
+                                                  {" -20x", -20},
+                                                  {"yes", 0},
+                                                  {"7" + std::string(1021, ' '), 7},
+                                                  {"7" + std::string(1022, ' '), -99}};
+    for (const auto& [text, number] : cases) {
+        set("First", text);
+        EXPECT_EQ(read("First"), number) << text;
+    }
     EXPECT_EQ(read("First", "Missing"), -99);
 }
 
-TEST_F(RegistryReaderTest, FollowsTheSubkeyItIsAskedFor) {
-    set("First", "A", "1");
-    set("Second", "A", "2");
-    EXPECT_EQ(read("First", "A"), 1);
-    EXPECT_EQ(read("FIRST", "A"), 1);
-    EXPECT_EQ(read("Second", "A"), 2);
-    EXPECT_EQ(read("First", "A"), 1);
-    set("First", "A", "5");
-    EXPECT_EQ(read("First", "A"), 5);
-}
-
-TEST_F(RegistryReaderTest, SurvivesTheLossOfTheKeyItKeeps) {
-    set("First", "A", "1");
-    EXPECT_EQ(read("First", "A"), 1);
+TEST_F(RegistryReaderTest, FollowsTheSubkeyItIsAskedForAndSurvivesItsLoss) {
+    set("First", "1");
+    set("Second", "2");
+    EXPECT_EQ(read("First"), 1);
+    EXPECT_EQ(read("FIRST"), 1);
+    EXPECT_EQ(read("Second"), 2);
+    EXPECT_EQ(read("First"), 1);
     RegDeleteKeyA(key_, "First");
-    EXPECT_EQ(read("First", "A"), -99);
-    set("First", "A", "2");
-    EXPECT_EQ(read("First", "A"), 2);
-}
-
-TEST_F(RegistryReaderTest, TakesTextsOfUpTo1023BytesWithTheirEnd) {
-    set("First", "A", "7" + std::string(1021, ' '));
-    EXPECT_EQ(read("First", "A"), 7);
-    set("First", "A", "7" + std::string(1022, ' '));
-    EXPECT_EQ(read("First", "A"), -99);
+    EXPECT_EQ(read("First"), -99);
+    set("First", "5");
+    EXPECT_EQ(read("First"), 5);
 }
 
 TEST_F(RegistryReaderTest, WithoutItsRootThereIsNothing) {
-    RegistryReader reader(HKEY_CURRENT_USER, "Software\\KorvaneTestMissing");
+    RegistryReader reader(HKEY_CURRENT_USER, root_ + "Missing");
     long number = 3;
     EXPECT_EQ(reader.read("First", "A", number), 0);
     EXPECT_EQ(number, 3);

@@ -8,30 +8,29 @@ namespace nox_pub::mswin {
 namespace {
 
 using test::longEnoughMs;
-using test::Worker;
 
-class Mourned : public Worker {
+struct Fate {
+    bool destroyed = false, forced = false;
+    std::uint32_t timeout = 0;
+};
+
+class Mourned : public test::Worker {
   public:
-    explicit Mourned(bool& destroyed) : Worker(&test::untilStopped), destroyed_(destroyed) {}
-    ~Mourned() override { destroyed_ = true; }
+    explicit Mourned(Fate& fate) : Worker(&test::untilStopped), fate_(fate) {}
+    ~Mourned() override { fate_.destroyed = ended(); }  // not before it was stopped
 
-    // The thread lives when anybody destroys it without stopping it.
     bool stop(std::uint32_t timeoutMs, bool force) override {
-        timeout = timeoutMs;
-        forced = force;
+        fate_ = {false, force, timeoutMs};
         return Worker::stop(timeoutMs, force);
     }
 
-    static inline std::uint32_t timeout = 0;
-    static inline bool forced = false;
-
   private:
-    bool& destroyed_;
+    Fate& fate_;
 };
 
 TEST(ThreadRefTest, OnlyTheLastOwnerStopsAndDestroys) {
-    bool destroyed = false;
-    ThreadRef first(new Mourned(destroyed));
+    Fate fate;
+    ThreadRef first(new Mourned(fate));
     first->start();
     {
         ThreadRef second(first);
@@ -40,33 +39,26 @@ TEST(ThreadRefTest, OnlyTheLastOwnerStopsAndDestroys) {
         second.release();
         EXPECT_FALSE(second);
     }
-    EXPECT_FALSE(destroyed);
-    EXPECT_FALSE(static_cast<Worker*>(first.get())->ended());
-    const ThreadRef moved(std::move(first));
-    EXPECT_FALSE(destroyed);
+    ThreadRef moved(std::move(first));
     ThreadRef last = moved;
-    const_cast<ThreadRef&>(moved).release(longEnoughMs);
-    EXPECT_FALSE(destroyed);
+    moved.release(longEnoughMs);
+    EXPECT_EQ(fate.timeout, 0u);
+    EXPECT_FALSE(static_cast<Mourned*>(last.get())->ended());
     last.release(longEnoughMs);
-    EXPECT_TRUE(destroyed);
-    EXPECT_EQ(Mourned::timeout, longEnoughMs);
-    EXPECT_TRUE(Mourned::forced);
+    EXPECT_TRUE(fate.destroyed && fate.forced);
+    EXPECT_EQ(fate.timeout, longEnoughMs);
 }
 
-TEST(ThreadRefTest, OneThatGoesOutOfScopeGivesFiveSeconds) {
-    bool destroyed = false;
-    { const ThreadRef thread(new Mourned(destroyed)); }
-    EXPECT_TRUE(destroyed);
-    EXPECT_EQ(Mourned::timeout, 5000u);
-    EXPECT_TRUE(Mourned::forced);
-}
-
-TEST(ThreadRefTest, ReassigningLetsGoOfTheOldThread) {
-    bool firstDestroyed = false, secondDestroyed = false;
-    ThreadRef thread(new Mourned(firstDestroyed));
-    thread = ThreadRef(new Mourned(secondDestroyed));
-    EXPECT_TRUE(firstDestroyed);
-    EXPECT_FALSE(secondDestroyed);
+TEST(ThreadRefTest, ReassigningOrLeavingTheScopeLetsGoOfAThreadWithFiveSecondsToEnd) {
+    Fate first, second;
+    {
+        ThreadRef thread(new Mourned(first));
+        thread = ThreadRef(new Mourned(second));
+        EXPECT_TRUE(first.destroyed);
+        EXPECT_FALSE(second.destroyed);
+    }
+    EXPECT_TRUE(second.destroyed && second.forced);
+    EXPECT_EQ(second.timeout, 5000u);
 }
 
 }  // namespace
