@@ -15,8 +15,8 @@ namespace korvane::host {
 namespace {
 
 std::filesystem::path stubPath() {
-    std::wstring path(1024, L'\0');
-    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    wchar_t path[1024];
+    GetModuleFileNameW(nullptr, path, 1024);
     return std::filesystem::path(path).parent_path() / "stub_plugin.dll";
 }
 
@@ -28,20 +28,17 @@ StubCalls takeCalls() {
     return calls;
 }
 
-std::string failureOf(const std::filesystem::path& library) {
-    try {
-        const Plugin plugin(library);
-    } catch (const PluginError& error) {
-        return error.what();
-    }
-    return "loaded";
-}
-
 TEST(Plugin, SaysWhyALibraryCannotBeUsed) {
-    const auto missing = failureOf(stubPath().parent_path() / "none.dll");
-    EXPECT_NE(missing.find("找不到插件 Korvane.dll"), std::string::npos) << missing;
-    const auto foreign = failureOf("user32.dll");
-    EXPECT_NE(foreign.find("缺少函数 cmmbStart"), std::string::npos) << foreign;
+    const std::pair<const char*, const char*> cases[] = {{"none.dll", "找不到插件 Korvane.dll"},
+                                                         {"user32.dll", "缺少函数 cmmbStart"}};
+    for (const auto& [library, reason] : cases) {
+        try {
+            const Plugin plugin(library);
+            ADD_FAILURE() << library;
+        } catch (const PluginError& error) {
+            EXPECT_NE(std::string(error.what()).find(reason), std::string::npos) << error.what();
+        }
+    }
 }
 
 TEST(StartResult, IsToldApart) {
@@ -72,10 +69,12 @@ class HostWindowTest : public testing::Test {
         robot.key(field, VK_RETURN);
     }
 
-    static std::string status(Robot& robot, HWND host) {
-        wchar_t text[256] = {};
-        robot.send(robot.waitControl(host, IDC_STATUS_LINE), SB_GETTEXTW, 0, text);
-        return toUtf8(text);
+    static void waitStatus(Robot& robot, HWND host, const std::string& status) {
+        robot.waitFor(status, [&] {
+            wchar_t text[256] = {};
+            robot.send(robot.waitControl(host, IDC_STATUS_LINE), SB_GETTEXTW, 0, text);
+            return toUtf8(text) == status;
+        });
     }
 
     static HWND focus(Robot& robot, HWND host) {
@@ -93,92 +92,72 @@ TEST_F(HostWindowTest, RefusesWhatIsNoAddressAndKeepsItForCorrection) {
     drive([](Robot& robot, HWND host) {
         enter(robot, host, "1.2.3");
         robot.answer(robot.waitBox("设备地址不正确：请输入 IPv4 地址，例如 192.168.1.20"), IDOK);
-        EXPECT_EQ(robot.text(robot.waitControl(host, IDC_ADDRESS)), "1.2.3");
-        EXPECT_EQ(focus(robot, host), robot.findControl(host, IDC_ADDRESS));
+        HWND field = robot.findControl(host, IDC_ADDRESS);
+        EXPECT_EQ(robot.text(field), "1.2.3");
+        EXPECT_EQ(focus(robot, host), field);
         enter(robot, host, "  ");
         robot.answer(robot.waitBox("请输入设备地址"), IDOK);
     });
     EXPECT_EQ(takeCalls().starts, 0);
 }
 
-TEST_F(HostWindowTest, ConnectsByEnterAndDisconnectsByItsButton) {
+TEST_F(HostWindowTest, ConnectsByEnterReachesAllByKeysAndDisconnectsByItsButton) {
     drive([](Robot& robot, HWND host) {
+        HWND field = robot.waitControl(host, IDC_ADDRESS);
+        HWND connect = robot.findControl(host, IDC_CONNECT);
+        HWND disconnect = robot.findControl(host, IDC_DISCONNECT);
+        const auto expectKeyMoves = [&](HWND from, WORD key, HWND to) {
+            EXPECT_EQ(focus(robot, host), from);
+            robot.key(from, key);
+            EXPECT_EQ(focus(robot, host), to);
+        };
+        expectKeyMoves(field, VK_TAB, connect);
         enter(robot, host, " 10.0.0.1 ");
-        robot.waitFor("status",
-                      [&] { return status(robot, host) == startResultText(0, "10.0.0.1"); });
+        waitStatus(robot, host, startResultText(0, "10.0.0.1"));
         EXPECT_EQ(robot.caption(host), "Korvane 宿主程序 - 10.0.0.1");
-        EXPECT_FALSE(IsWindowEnabled(robot.findControl(host, IDC_ADDRESS)));
-        EXPECT_FALSE(IsWindowEnabled(robot.findControl(host, IDC_CONNECT)));
+        EXPECT_FALSE(IsWindowEnabled(field) || IsWindowEnabled(connect));
+        const StubCalls calls = takeCalls();
+        EXPECT_STREQ(calls.address, "10.0.0.1");
+        HWND panel = FindWindowExW(calls.parent, nullptr, L"Static", nullptr);
+        HWND inPanel = FindWindowExW(panel, nullptr, L"Button", nullptr);
+        expectKeyMoves(disconnect, VK_F6, inPanel);
+        expectKeyMoves(inPanel, VK_F6, disconnect);
+        expectKeyMoves(disconnect, VK_TAB, inPanel);
         robot.click(host, IDC_DISCONNECT);
-        robot.waitFor("status", [&] { return status(robot, host) == "已断开"; });
+        waitStatus(robot, host, "已断开");
         EXPECT_EQ(robot.caption(host), "Korvane 宿主程序");
-        EXPECT_EQ(focus(robot, host), robot.findControl(host, IDC_ADDRESS));
+        EXPECT_EQ(focus(robot, host), field);
     });
-    const StubCalls calls = takeCalls();
-    EXPECT_EQ(calls.starts, 1);
-    EXPECT_EQ(calls.stops, 1);
-    EXPECT_STREQ(calls.address, "10.0.0.1");
+    EXPECT_EQ(takeCalls().stops, 1);
 }
 
 TEST_F(HostWindowTest, StopsThePluginWhenClosedWhateverItsStartReturned) {
     for (const char* address : {"10.0.0.1", "10.0.0.101", "10.0.0.102"}) {
-        drive([&](Robot& robot, HWND host) {
-            enter(robot, host, address);
-            robot.waitFor("a result", [&] {
-                return status(robot, host).find("插件返回") != std::string::npos;
-            });
-        });
-        EXPECT_EQ(takeCalls().stops, 1) << address;
+        HostWindow window(plugin_);
+        window.connectTo(address);
+        PostMessageW(window.hwnd(), WM_CLOSE, 0, 0);
+        window.run();
+        const StubCalls calls = takeCalls();
+        EXPECT_EQ(calls.starts, 1);
+        EXPECT_EQ(calls.stops, 1);
+        EXPECT_STREQ(calls.address, address);
     }
 }
 
 TEST_F(HostWindowTest, GivesThePanelAllThatBarAndStatusLineLeave) {
-    drive([](Robot& robot, HWND host) {
-        enter(robot, host, "10.0.0.1");
-        robot.waitFor("a result",
-                      [&] { return status(robot, host) == startResultText(0, "10.0.0.1"); });
-        SetWindowPos(host, nullptr, 0, 0, 900, 700, SWP_NOMOVE | SWP_NOZORDER);
-        RECT client{}, frame{}, bar{}, line{};
-        GetClientRect(host, &client);
-        MapWindowPoints(host, nullptr, reinterpret_cast<POINT*>(&client), 2);
-        GetWindowRect(takeCalls().parent, &frame);
-        GetWindowRect(GetParent(robot.findControl(host, IDC_ADDRESS)), &bar);
-        GetWindowRect(robot.findControl(host, IDC_STATUS_LINE), &line);
-        EXPECT_EQ(frame.left, client.left);
-        EXPECT_EQ(frame.right, client.right);
-        EXPECT_EQ(frame.top, bar.bottom);
-        EXPECT_EQ(frame.bottom, line.top);
-        EXPECT_EQ(line.bottom, client.bottom);
-    });
-}
-
-TEST_F(HostWindowTest, KeysReachEveryControl) {
-    drive([](Robot& robot, HWND host) {
-        HWND field = robot.waitControl(host, IDC_ADDRESS);
-        EXPECT_EQ(focus(robot, host), field);
-        robot.key(field, VK_TAB);
-        EXPECT_EQ(focus(robot, host), robot.findControl(host, IDC_CONNECT));
-        enter(robot, host, "10.0.0.1");
-        HWND disconnect = robot.findControl(host, IDC_DISCONNECT);
-        robot.waitFor("the button", [&] { return IsWindowEnabled(disconnect); });
-        EXPECT_EQ(focus(robot, host), disconnect);
-        robot.key(disconnect, VK_F6);
-        HWND first = focus(robot, host);
-        EXPECT_EQ(robot.caption(first), "in the panel");
-        robot.key(first, VK_F6);
-        EXPECT_EQ(focus(robot, host), disconnect);
-        robot.key(disconnect, VK_TAB);
-        EXPECT_EQ(focus(robot, host), first);
-    });
-}
-
-TEST_F(HostWindowTest, ConnectsAtOnceToAGivenAddress) {
     HostWindow window(plugin_);
     window.connectTo("10.0.0.7");
-    const StubCalls calls = takeCalls();
-    EXPECT_EQ(calls.starts, 1);
-    EXPECT_STREQ(calls.address, "10.0.0.7");
-    EXPECT_EQ(GetAncestor(calls.parent, GA_ROOT), window.hwnd());
+    SetWindowPos(window.hwnd(), nullptr, 0, 0, 900, 700, SWP_NOMOVE | SWP_NOZORDER);
+    const Robot robot(GetCurrentThreadId());
+    RECT client{}, frame{}, bar{}, line{};
+    GetClientRect(window.hwnd(), &client);
+    MapWindowPoints(window.hwnd(), nullptr, reinterpret_cast<POINT*>(&client), 2);
+    GetWindowRect(takeCalls().parent, &frame);
+    GetWindowRect(GetParent(robot.findControl(window.hwnd(), IDC_ADDRESS)), &bar);
+    GetWindowRect(robot.findControl(window.hwnd(), IDC_STATUS_LINE), &line);
+    const RECT expected{client.left, bar.bottom, client.right, line.top};
+    EXPECT_TRUE(EqualRect(&frame, &expected));
+    EXPECT_EQ(line.bottom, client.bottom);
 }
 
 }  // namespace

@@ -1,25 +1,69 @@
 #include "ui/controls.h"
 
+#include <atomic>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <set>
 
+#include "host/robot.h"
 #include "ui/list_view.h"
 #include "ui/module.h"
 
 namespace korvane {
 namespace {
 
+using host::Robot;
+using testing::ElementsAre;
+
+// What the wrappers write, the robot reads, and what the robot does, the wrappers and the parent
+// see.
 class ControlsTest : public testing::Test {
   protected:
-    template <class C>
-    C make(const wchar_t* className, DWORD style = 0) {
-        return C(CreateWindowExW(0, className, L"", WS_CHILD | style, 0, 0, 300, 120, parent_,
-                                 nullptr, nullptr, nullptr));
-    }
+    ControlsTest() { SetWindowSubclass(parent_, &onMessage, 0, reinterpret_cast<DWORD_PTR>(this)); }
     ~ControlsTest() override { DestroyWindow(parent_); }
 
+    template <class C>
+    C make(const wchar_t* className, DWORD style = 0) {
+        return C(CreateWindowExW(0, className, L"", WS_CHILD | WS_VISIBLE | style, 0, 0, 300, 120,
+                                 parent_, nullptr, nullptr, nullptr));
+    }
+    static std::vector<ListView::Row> rowsOf(int count) {
+        std::vector<ListView::Row> rows;
+        for (int i = 0; i < count; ++i) rows.push_back({std::to_string(i), "地址"});
+        return rows;
+    }
+    void fill(ListView::Marks marks, int count) {
+        constexpr ListView::Column columns[] = {{"序号", 45}, {"接收地址", 120}};
+        list_.setUp(columns, marks);
+        list_.setRows(rowsOf(count));
+    }
     ActivationScope activation_;
-    HWND parent_ = CreateWindowExW(0, L"Static", L"", WS_OVERLAPPED, 0, 0, 400, 400, nullptr,
-                                   nullptr, nullptr, nullptr);
+    const Robot robot_{GetCurrentThreadId()};
+    HWND parent_ = CreateWindowExW(0, L"Static", L"", WS_POPUP | WS_VISIBLE, 0, 0, 400, 400,
+                                   nullptr, nullptr, nullptr, nullptr);
+    const ListView list_ = make<ListView>(WC_LISTVIEWW, LVS_REPORT | LVS_SHOWSELALWAYS);
+    const HWND view_ = list_.window();
+    std::set<UINT> noted_;  // codes of commands and notifications
+    std::atomic<int> chosen_ = -1;
+
+  private:
+    void showMenu() {
+        HMENU menu = CreatePopupMenu();
+        AppendMenuW(menu, MF_STRING, 1, L"添加");
+        AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
+        AppendMenuW(menu, MF_STRING | MF_GRAYED, 2, L"修改");
+        AppendMenuW(menu, MF_STRING, 3, L"删除");
+        chosen_ = TrackPopupMenu(menu, TPM_RETURNCMD | TPM_NONOTIFY, 10, 10, 0, parent_, nullptr);
+        DestroyMenu(menu);
+    }
+    static LRESULT CALLBACK onMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                      UINT_PTR, DWORD_PTR test) {
+        auto& self = *reinterpret_cast<ControlsTest*>(test);
+        if (message == WM_COMMAND) self.noted_.insert(HIWORD(wParam));
+        if (message == WM_NOTIFY) self.noted_.insert(reinterpret_cast<const NMHDR*>(lParam)->code);
+        if (message == WM_CONTEXTMENU) self.showMenu();
+        return DefSubclassProc(window, message, wParam, lParam);
+    }
 };
 
 TEST_F(ControlsTest, EditTellsNumbersFromOtherText) {
@@ -37,16 +81,21 @@ TEST_F(ControlsTest, EditTellsNumbersFromOtherText) {
 TEST_F(ControlsTest, ListsSelectByIndex) {
     constexpr std::string_view items[] = {"内部时钟", "外部时钟", "内部时钟"};
     const auto combo = make<Combo>(L"ComboBox", CBS_DROPDOWNLIST);
-    combo.setItems(items);
-    combo.setItems(items);  // replaces, never adds
-    EXPECT_EQ(combo.count(), 3);
+    const auto list = make<ListBox>(L"ListBox", LBS_NOTIFY);
+    for (int round = 0; round < 2; ++round) {  // replaces, never adds
+        combo.setItems(items);
+        list.setItems(items);
+    }
+    EXPECT_THAT(robot_.comboItems(combo.window()), testing::ElementsAreArray(items));
+    EXPECT_THAT(robot_.listBoxItems(list.window()), testing::ElementsAreArray(items));
     EXPECT_EQ(combo.selected(), -1);
-    combo.select(2);
+    robot_.selectCombo(combo.window(), 2);
+    EXPECT_TRUE(noted_.contains(CBN_SELCHANGE));
     EXPECT_EQ(combo.selected(), 2);
     combo.select(3);
-    EXPECT_EQ(combo.selected(), -1);
-    const auto list = make<ListBox>(L"ListBox");
-    list.setItems(items);
+    EXPECT_EQ(robot_.comboSelection(combo.window()), -1);
+    combo.select(1);
+    EXPECT_EQ(robot_.comboSelection(combo.window()), 1);
     list.select(1);
     EXPECT_EQ(list.selected(), 1);
 }
@@ -63,47 +112,41 @@ TEST_F(ControlsTest, IpBoxKeepsTheFirstOctetFirst) {
 
 TEST_F(ControlsTest, TreeAndTabHoldTheirTexts) {
     const auto tree = make<Tree>(WC_TREEVIEWW);
-    const HTREEITEM frame = tree.append(nullptr, "复用帧0");
-    const HTREEITEM service = tree.append(frame, "子帧");
+    const HTREEITEM service = tree.append(tree.append(nullptr, "复用帧0"), "子帧");
+    tree.append(nullptr, "复用帧1");
     tree.setItemText(service, "子帧1");
     EXPECT_EQ(tree.itemText(service), "子帧1");
+    std::string rows;
+    for (const host::TreeRow& row : robot_.treeRows(tree.window()))
+        rows += std::to_string(row.depth) + row.text;
+    EXPECT_EQ(rows, "0复用帧01子帧10复用帧1");
+    robot_.selectTreeItem(tree.window(), service);
+    EXPECT_TRUE(noted_.contains(TVN_SELCHANGEDW));
     tree.clear();
-    EXPECT_EQ(tree.itemText(TVI_ROOT), "");
+    EXPECT_TRUE(robot_.treeRows(tree.window()).empty());
+
     const auto tab = make<Tab>(WC_TABCONTROLW);
-    tab.append("业务列表");
-    tab.append("图形化监控");
+    for (const char* title : {"业务列表", "图形化监控", "状态"}) tab.append(title);
+    EXPECT_THAT(robot_.tabTitles(tab.window()), ElementsAre("业务列表", "图形化监控", "状态"));
     tab.select(1);
     EXPECT_EQ(tab.selected(), 1);
+    robot_.selectTab(tab.window(), 2);
+    EXPECT_EQ(tab.selected(), 2);
+    EXPECT_TRUE(noted_.contains(TCN_SELCHANGE));
 }
 
-class ListViewTest : public ControlsTest {
-  protected:
-    void setUp(ListView::Marks marks) {
-        constexpr ListView::Column columns[] = {{"序号", 45}, {"接收地址", 120}};
-        list_.setUp(columns, marks);
-    }
-    void fill(int count) {
-        std::vector<ListView::Row> rows;
-        for (int i = 0; i < count; ++i) rows.push_back({std::to_string(i), "地址"});
-        list_.setRows(rows);
-    }
-
-    ListView list_ = make<ListView>(WC_LISTVIEWW, LVS_REPORT | LVS_SHOWSELALWAYS);
-};
-
-TEST_F(ListViewTest, KeepsSelectionAndScrollingAcrossARefill) {
-    setUp(ListView::Marks::None);
-    fill(60);
+TEST_F(ControlsTest, ListViewKeepsSelectionAndScrollingAcrossARefill) {
+    fill(ListView::Marks::None, 60);
     EXPECT_EQ(list_.count(), 60);
     EXPECT_EQ(list_.cell(59, 0), "59");
     EXPECT_EQ(list_.cell(59, 1), "地址");
     list_.select(40);
-    const auto top = SendMessageW(list_.window(), LVM_GETTOPINDEX, 0, 0);
+    const int top = ListView_GetTopIndex(view_);
     EXPECT_GT(top, 0);
-    fill(58);
+    list_.setRows(rowsOf(58));
     EXPECT_EQ(list_.selected(), 40);
-    EXPECT_EQ(SendMessageW(list_.window(), LVM_GETTOPINDEX, 0, 0), top);
-    fill(10);
+    EXPECT_EQ(ListView_GetTopIndex(view_), top);
+    list_.setRows(rowsOf(10));
     EXPECT_EQ(list_.selected(), -1) << "the row has gone";
     list_.select(3);
     list_.select(4);
@@ -112,15 +155,50 @@ TEST_F(ListViewTest, KeepsSelectionAndScrollingAcrossARefill) {
     EXPECT_EQ(list_.selected(), -1);
 }
 
-TEST_F(ListViewTest, MarksRows) {
-    setUp(ListView::Marks::CheckBoxes);
-    fill(3);
-    EXPECT_FALSE(list_.checked(1));
-    list_.setChecked(1, true);
-    EXPECT_TRUE(list_.checked(1));
-    EXPECT_FALSE(list_.checked(0));
-    list_.setChecked(1, false);
-    EXPECT_FALSE(list_.checked(1));
+TEST_F(ControlsTest, ListViewShowsSelectsAndMarksRows) {
+    fill(ListView::Marks::CheckBoxes, 3);
+    EXPECT_THAT(robot_.listColumns(view_), ElementsAre("序号", "接收地址"));
+    EXPECT_THAT(
+        robot_.listRows(view_),
+        ElementsAre(ElementsAre("0", "地址"), ElementsAre("1", "地址"), ElementsAre("2", "地址")));
+    EXPECT_EQ(robot_.listSelection(view_), -1);
+    robot_.selectRow(view_, 0);
+    robot_.selectRow(view_, 1);
+    EXPECT_EQ(robot_.listSelection(view_), 1);
+    EXPECT_EQ(list_.allSelected(), std::vector<int>{1});
+    robot_.clearSelection(view_);
+    EXPECT_EQ(robot_.listSelection(view_), -1);
+    for (const bool marked : {true, false}) {
+        list_.setChecked(1, marked);
+        robot_.checkRow(view_, 2, marked);
+        EXPECT_FALSE(list_.checked(0));
+        EXPECT_EQ(robot_.isRowChecked(view_, 1), marked);
+        EXPECT_EQ(list_.checked(2), marked);
+    }
+}
+
+TEST_F(ControlsTest, TheRobotClicksRowsAndChoosesFromTheirMenu) {
+    fill(ListView::Marks::None, 3);
+    host::RobotThread robot([&](Robot& r) {
+        r.doubleClickRow(view_, 2);
+        r.settle();
+        EXPECT_TRUE(noted_.contains(NM_DBLCLK));
+        EXPECT_EQ(r.listSelection(view_), 2);
+        r.rightClickRow(view_, 1);
+        const auto items = r.waitPopup();
+        ASSERT_EQ(items.size(), 4u);
+        EXPECT_EQ(items[0].text, "添加");
+        EXPECT_TRUE(items[0].enabled && items[1].separator && !items[2].enabled);
+        EXPECT_THROW(r.choosePopup("修改"), host::RobotError);
+        r.choosePopup("删除");
+        r.waitFor("the choice", [&] { return chosen_ == 3; });
+        EXPECT_EQ(r.listSelection(view_), 1);
+        r.rightClickRow(view_, -1);
+        r.waitPopup();
+        r.dismissPopup();
+        r.waitFor("no choice", [&] { return chosen_ == 0; });
+    });
+    robot.finish();
 }
 
 }  // namespace
