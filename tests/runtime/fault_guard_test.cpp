@@ -56,16 +56,11 @@ NOT_INLINE void faultInCallback() {
 struct FaultyEnd {
     ~FaultyEnd() { divideByZero(); }
 };
-int deeper(volatile char* above);
-int (*volatile const next)(volatile char*) = &deeper;
-NOT_INLINE int deeper(volatile char* above) {
-    volatile char frame[512];
-    frame[0] = above[0];
-    return next(frame) + frame[0];
-}
 NOT_INLINE void overflowStack() {
-    volatile char bottom[1] = {0};
-    deeper(bottom);
+    char frame[512];
+    void (*volatile again)() = &overflowStack;
+    again();
+    asm volatile("" : : "r"(frame));  // the call is not the last thing done
 }
 
 struct FaultKind {
@@ -188,7 +183,7 @@ std::string reportOf(void (*provoke)()) {
     return {};
 }
 
-// The stack's frames are gone, and written over, when the report is made.
+// The frames are gone, and written over, when the report is made.
 TEST_F(FaultGuardTest, TheReportShowsCodeAndStackAsTheyWereAtTheFault) {
     const FaultKind cases[] = {
         {"):\r\n 0f 0b ", &illegalInstruction},  // ud2
@@ -197,31 +192,6 @@ TEST_F(FaultGuardTest, TheReportShowsCodeAndStackAsTheyWereAtTheFault) {
          ASM("pushl $0x5eed0002\n\tpushl $0x5eed0001\n\txorl %%eax, %%eax\n\tjmp *%%eax")}};
     for (const auto& [part, provoke] : cases)
         EXPECT_NE(reportOf(provoke).find(part), std::string::npos) << reportOf(provoke);
-}
-
-// Whether the calling thread's stack has a guard page to notice its next overflow by.
-bool stackIsGuarded() {
-    char here;
-    MEMORY_BASIC_INFORMATION part;
-    VirtualQuery(&here, &part, sizeof part);
-    const auto* address = static_cast<const char*>(part.AllocationBase);
-    for (; address < &here; address += part.RegionSize) {
-        VirtualQuery(address, &part, sizeof part);
-        if (part.Protect & PAGE_GUARD) return true;
-    }
-    return false;
-}
-
-TEST_F(FaultGuardTest, ASecondStackOverflowIsCaughtToo) {
-    const std::string first = reportOf(&overflowStack);
-    EXPECT_TRUE(first.starts_with("SE: stack overflow\r\nesp=")) << first;
-    EXPECT_EQ(first.find("stack:"), std::string::npos);
-    EXPECT_TRUE(stackIsGuarded());
-    std::thread([&] {
-        const TranslatorScope translator(&throwStructuredException);
-        for (int round = 0; round < 2; ++round)
-            EXPECT_TRUE(reportOf(&overflowStack).starts_with("SE: stack overflow\r\n"));
-    }).join();
 }
 
 TEST_F(FaultGuardTest, WhatTheSystemOrTheLanguageDealsWithPasses) {
@@ -288,6 +258,9 @@ TEST_F(FaultGuardTest, AFaultOfTheTranslatorDoesNotHideTheFirst) {
 }
 
 TEST_F(FaultGuardTest, ManyThreadsFaultAtOnce) {
+    const FaultKind kinds[] = {{"SE: int divide by zero\r\n", &divideByZero},
+                               {"SE: 内存访问错误: 读  00000008\r\n", &systemReads},
+                               {"SE: stack overflow\r\n", &overflowStack}};
     constexpr int threads = 8, rounds = 300;
     std::atomic<int> right{0};
     std::vector<std::thread> running;
@@ -295,9 +268,8 @@ TEST_F(FaultGuardTest, ManyThreadsFaultAtOnce) {
         running.emplace_back([&, i] {
             const TranslatorScope translator(&throwStructuredException);
             for (int round = i; round < i + rounds; ++round) {
-                const bool division = round % 2 == 0;
-                const std::string report = reportOf(division ? &divideByZero : &systemReads);
-                right += report.starts_with(division ? "SE: int divide" : "SE: 内存访问错误");
+                const auto& [line, provoke] = kinds[round % 100 == 10 ? 2 : round % 2];
+                right += reportOf(provoke).starts_with(line);
             }
         });
     }
