@@ -22,10 +22,8 @@ std::filesystem::path stubPath() {
 
 // The stub stays loaded for as long as the test's plug-in object lives.
 StubCalls takeCalls() {
-    const FARPROC function = GetProcAddress(GetModuleHandleW(L"stub_plugin.dll"), "stubCalls");
-    StubCalls calls{};
-    std::bit_cast<void(__cdecl*)(StubCalls*)>(function)(&calls);
-    return calls;
+    const FARPROC calls = GetProcAddress(GetModuleHandleW(L"stub_plugin.dll"), "stubCalls");
+    return std::exchange(*std::bit_cast<StubCalls*>(calls), {});
 }
 
 TEST(Plugin, SaysWhyALibraryCannotBeUsed) {
@@ -51,84 +49,88 @@ TEST(StartResult, IsToldApart) {
 
 class HostWindowTest : public testing::Test {
   protected:
-    // Runs the host until the script, which is to close it, has done so.
-    void drive(const std::function<void(Robot&, HWND)>& script) {
-        HostWindow window(plugin_);
-        RobotThread robot([&, host = window.hwnd()](Robot& r) {
-            script(r, host);
-            r.close(host);
-            r.waitGone(host);
-        });
-        window.run();
-        robot.finish();
-    }
+    Plugin plugin_{stubPath()};
+};
 
-    static void enter(Robot& robot, HWND host, const char* address) {
-        HWND field = robot.waitControl(host, IDC_ADDRESS);
-        robot.setText(field, address);
-        robot.key(field, VK_RETURN);
+// A person at the host window.
+struct User {
+    HWND control(int id) const { return robot.waitControl(host, id); }
+    void enter(const char* address) const {
+        robot.setText(control(IDC_ADDRESS), address);
+        robot.key(control(IDC_ADDRESS), VK_RETURN);
     }
-
-    static void waitStatus(Robot& robot, HWND host, const std::string& status) {
+    void waitStatus(const std::string& status) const {
         robot.waitFor(status, [&] {
             wchar_t text[256] = {};
-            robot.send(robot.waitControl(host, IDC_STATUS_LINE), SB_GETTEXTW, 0, text);
+            robot.send(control(IDC_STATUS_LINE), SB_GETTEXTW, 0, text);
             return toUtf8(text) == status;
         });
     }
-
-    static HWND focus(Robot& robot, HWND host) {
+    HWND focus() const {
         robot.settle();
         GUITHREADINFO info{};
         info.cbSize = sizeof info;
         GetGUIThreadInfo(GetWindowThreadProcessId(host, nullptr), &info);
         return info.hwndFocus;
     }
+    void expectKeyMoves(HWND from, WORD key, HWND to) const {
+        EXPECT_EQ(focus(), from);
+        robot.key(from, key);
+        EXPECT_EQ(focus(), to);
+    }
 
-    Plugin plugin_{stubPath()};
+    const Robot& robot;
+    HWND host;
 };
 
-TEST_F(HostWindowTest, RefusesWhatIsNoAddressAndKeepsItForCorrection) {
-    drive([](Robot& robot, HWND host) {
-        enter(robot, host, "1.2.3");
-        robot.answer(robot.waitBox("设备地址不正确：请输入 IPv4 地址，例如 192.168.1.20"), IDOK);
-        HWND field = robot.findControl(host, IDC_ADDRESS);
-        EXPECT_EQ(robot.text(field), "1.2.3");
-        EXPECT_EQ(focus(robot, host), field);
-        enter(robot, host, "  ");
-        robot.answer(robot.waitBox("请输入设备地址"), IDOK);
-    });
+void expectRefusals(const User& user) {
+    HWND field = user.control(IDC_ADDRESS);
+    user.enter("1.2.3");
+    user.robot.answer(user.robot.waitBox("设备地址不正确：请输入 IPv4 地址，例如 192.168.1.20"),
+                      IDOK);
+    EXPECT_EQ(user.robot.text(field), "1.2.3");
+    EXPECT_EQ(user.focus(), field);
+    user.enter("  ");
+    user.robot.answer(user.robot.waitBox("请输入设备地址"), IDOK);
     EXPECT_EQ(takeCalls().starts, 0);
 }
 
-TEST_F(HostWindowTest, ConnectsByEnterReachesAllByKeysAndDisconnectsByItsButton) {
-    drive([](Robot& robot, HWND host) {
-        HWND field = robot.waitControl(host, IDC_ADDRESS);
-        HWND connect = robot.findControl(host, IDC_CONNECT);
-        HWND disconnect = robot.findControl(host, IDC_DISCONNECT);
-        const auto expectKeyMoves = [&](HWND from, WORD key, HWND to) {
-            EXPECT_EQ(focus(robot, host), from);
-            robot.key(from, key);
-            EXPECT_EQ(focus(robot, host), to);
-        };
-        expectKeyMoves(field, VK_TAB, connect);
-        enter(robot, host, " 10.0.0.1 ");
-        waitStatus(robot, host, startResultText(0, "10.0.0.1"));
-        EXPECT_EQ(robot.caption(host), "Korvane 宿主程序 - 10.0.0.1");
-        EXPECT_FALSE(IsWindowEnabled(field) || IsWindowEnabled(connect));
-        const StubCalls calls = takeCalls();
-        EXPECT_STREQ(calls.address, "10.0.0.1");
-        HWND panel = FindWindowExW(calls.parent, nullptr, L"Static", nullptr);
-        HWND inPanel = FindWindowExW(panel, nullptr, L"Button", nullptr);
-        expectKeyMoves(disconnect, VK_F6, inPanel);
-        expectKeyMoves(inPanel, VK_F6, disconnect);
-        expectKeyMoves(disconnect, VK_TAB, inPanel);
-        robot.click(host, IDC_DISCONNECT);
-        waitStatus(robot, host, "已断开");
-        EXPECT_EQ(robot.caption(host), "Korvane 宿主程序");
-        EXPECT_EQ(focus(robot, host), field);
-    });
+void connect(const User& user) {
+    HWND field = user.control(IDC_ADDRESS), button = user.control(IDC_CONNECT);
+    user.expectKeyMoves(field, VK_TAB, button);
+    user.enter(" 10.0.0.1 ");
+    user.waitStatus(startResultText(0, "10.0.0.1"));
+    EXPECT_EQ(user.robot.caption(user.host), "Korvane 宿主程序 - 10.0.0.1");
+    EXPECT_FALSE(IsWindowEnabled(field) || IsWindowEnabled(button));
+    const StubCalls calls = takeCalls();
+    EXPECT_STREQ(calls.address, "10.0.0.1");
+    HWND panel = FindWindowExW(calls.parent, nullptr, L"Static", nullptr);
+    HWND inPanel = FindWindowExW(panel, nullptr, L"Button", nullptr);
+    HWND disconnect = user.control(IDC_DISCONNECT);
+    user.expectKeyMoves(disconnect, VK_F6, inPanel);
+    user.expectKeyMoves(inPanel, VK_F6, disconnect);
+    user.expectKeyMoves(disconnect, VK_TAB, inPanel);
+}
+
+void disconnect(const User& user) {
+    user.robot.click(user.host, IDC_DISCONNECT);
+    user.waitStatus("已断开");
+    EXPECT_EQ(user.robot.caption(user.host), "Korvane 宿主程序");
+    EXPECT_EQ(user.focus(), user.control(IDC_ADDRESS));
     EXPECT_EQ(takeCalls().stops, 1);
+}
+
+TEST_F(HostWindowTest, ConnectsToWhatIsAnAddressByKeysAndDisconnectsByItsButton) {
+    HostWindow window(plugin_);
+    RobotThread robot([host = window.hwnd()](Robot& r) {
+        const User user{r, host};
+        expectRefusals(user);
+        connect(user);
+        disconnect(user);
+        r.close(host);
+    });
+    window.run();
+    robot.finish();
 }
 
 TEST_F(HostWindowTest, StopsThePluginWhenClosedWhateverItsStartReturned) {

@@ -1,6 +1,5 @@
 #include "host/robot.h"
 
-#include <commdlg.h>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
@@ -51,28 +50,6 @@ TEST_F(RobotTest, SettlesAfterWhatWasPostedBefore) {
         EXPECT_EQ(r.text(box), "中央一套 CCTV-1");
     });
     robot.finish();
-}
-
-TEST_F(RobotTest, DrivesTheSystemsFileDialogs) {
-    const auto wanted = scratch_.path() / "robot.dat";
-    std::ofstream(wanted) << "there already";
-    std::wstring path(1024, L'\0');
-    OPENFILENAMEW request{};
-    request.lStructSize = sizeof request;
-    request.hwndOwner = dialog_;
-    request.lpstrTitle = L"选择";
-    request.lpstrFile = path.data();
-    request.nMaxFile = static_cast<DWORD>(path.size());
-    request.Flags = OFN_EXPLORER | OFN_OVERWRITEPROMPT | OFN_NOCHANGEDIR;
-    RobotThread robot([&](Robot& r) {
-        HWND chooser = r.waitDialog("选择");
-        r.chooseFile(chooser, wanted);
-        r.answer(r.waitAnyBox(), IDYES);
-        r.waitGone(chooser);
-    });
-    EXPECT_TRUE(GetSaveFileNameW(&request));
-    robot.finish();
-    EXPECT_EQ(std::filesystem::path(path.c_str()), wanted);
 }
 
 TEST_F(RobotTest, TakesPictures) {

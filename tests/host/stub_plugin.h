@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-// What the stub noted of the calls to its exports; it fills this in on `stubCalls`.
+// What the stub noted of the calls to its exports; it exports this as `stubCalls`.
 struct StubCalls {
     int starts;
     int stops;

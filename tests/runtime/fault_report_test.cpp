@@ -16,15 +16,11 @@ Fault sampleFault(DWORD code) {
     fault.record.ExceptionAddress = reinterpret_cast<void*>(0x00401234);
     fault.record.ExceptionInformation[0] = 1;
     fault.record.ExceptionInformation[1] = 0x10;
-    fault.context.Esp = 0x0012ff00;
-    fault.context.Ebp = 0x0012ff40;
-    fault.context.Esi = 1;
-    fault.context.Edi = 0xffffffff;
-    fault.context.Eax = 0xdeadbeef;
-    fault.context.Ebx = 2;
-    fault.context.Ecx = 3;
-    fault.context.Edx = 4;
-    fault.context.Eip = 0x00401236;
+    CONTEXT& context = fault.context;
+    DWORD value = 0xfffffff8;
+    for (DWORD* number : {&context.Esp, &context.Ebp, &context.Esi, &context.Edi, &context.Eax,
+                          &context.Ebx, &context.Ecx, &context.Edx, &context.Eip})
+        *number = value++;
     fault.codeBytes = fault.code.size();
     std::iota(fault.code.begin(), fault.code.end(), std::uint8_t{0xf0});
     fault.stackWords = fault.stack.size();
@@ -33,9 +29,9 @@ Fault sampleFault(DWORD code) {
 }
 
 const std::string registersAndCode =
-    "esp=0012ff00 ebp=0012ff40 esi=00000001 edi=ffffffff\r\n"
-    "eax=deadbeef ebx=00000002 ecx=00000003 edx=00000004\r\n"
-    "code 00401234(eip=00401236):\r\n"
+    "esp=fffffff8 ebp=fffffff9 esi=fffffffa edi=fffffffb\r\n"
+    "eax=fffffffc ebx=fffffffd ecx=fffffffe edx=ffffffff\r\n"
+    "code 00401234(eip=00000000):\r\n"
     " f0 f1 f2 f3 f4 f5 f6 f7 f8 f9 fa fb fc fd fe ff\r\n";
 
 TEST(FaultReportTest, ToTheCharacter) {
@@ -80,46 +76,40 @@ TEST(FaultReportTest, TheExceptionCarriesReportRecordAndContext) {
     } catch (const StructuredException& exception) {
         EXPECT_EQ(exception.what(), faultReport(fault));
         EXPECT_EQ(exception.record().ExceptionCode, 0xC000001Du);
-        EXPECT_EQ(exception.context().Eax, 0xdeadbeefu);
+        EXPECT_EQ(exception.context().Eax, 0xfffffffcu);
     }
 }
 
-// Two pages, of which the second is made unreadable.
-class CaptureTest : public testing::Test {
-  protected:
-    ~CaptureTest() override { VirtualFree(pages_, 0, MEM_RELEASE); }
+// Of the two pages the second is made unreadable.
+alignas(4096) std::uint8_t pages[2][4096];
+const auto end = reinterpret_cast<std::uintptr_t>(pages[1]);
 
-    void protectSecond(DWORD protection) {
-        VirtualProtect(pages_ + pageSize, pageSize, protection, &protection);
-    }
+void protectSecond(DWORD protection) {
+    VirtualProtect(pages[1], sizeof pages[1], protection, &protection);
+}
 
-    static constexpr std::size_t pageSize = 4096;
-    std::uint8_t* pages_ =
-        static_cast<std::uint8_t*>(VirtualAlloc(nullptr, 2 * pageSize, MEM_COMMIT, PAGE_READWRITE));
-    const std::uintptr_t end_ = reinterpret_cast<std::uintptr_t>(pages_) + pageSize;
-};
-
-TEST_F(CaptureTest, ReadsUpToWhereItCan) {
-    pages_[pageSize - 1] = 7;
+TEST(CaptureTest, ReadsUpToWhereItCan) {
+    pages[0][4095] = 7;
     std::uint8_t bytes[16];
-    EXPECT_EQ(readMemory(end_ - 4, bytes, 16), 16u);
+    protectSecond(PAGE_READWRITE);
+    EXPECT_EQ(readMemory(end - 4, bytes, 16), 16u);
     for (const DWORD protection : {PAGE_NOACCESS, PAGE_READWRITE | PAGE_GUARD}) {
         protectSecond(protection);
-        EXPECT_EQ(readMemory(end_ - 4, bytes, 16), 4u);
+        EXPECT_EQ(readMemory(end - 4, bytes, 16), 4u);
         EXPECT_EQ(bytes[3], 7);
-        EXPECT_EQ(readMemory(end_, bytes, 16), 0u);
-        EXPECT_EQ(readMemory(end_, bytes, 16), 0u);  // a look uses no guard page up
+        EXPECT_EQ(readMemory(end, bytes, 16), 0u);
+        EXPECT_EQ(readMemory(end, bytes, 16), 0u);  // a look uses no guard page up
     }
     for (const std::uintptr_t address : {0u, 0xFFFFFFF8u})
         EXPECT_EQ(readMemory(address, bytes, 16), 0u);
 }
 
-TEST_F(CaptureTest, CopiesWhatTheReportShows) {
+TEST(CaptureTest, CopiesWhatTheReportShows) {
     protectSecond(PAGE_NOACCESS);
     EXCEPTION_RECORD record{0xC000001D, 0, &record, nullptr, 1, {5, 6}};
     CONTEXT context{};
-    context.Esp = static_cast<DWORD>(end_ - 10);
-    context.Eip = static_cast<DWORD>(end_ - 3);
+    context.Esp = static_cast<DWORD>(end - 10);
+    context.Eip = static_cast<DWORD>(end - 3);
     Fault fault;
     captureFault(record, context, fault);
     EXPECT_EQ(fault.codeBytes, 3u);

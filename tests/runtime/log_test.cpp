@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <set>
+#include <map>
 #include <sstream>
 #include <thread>
 #include <vector>
@@ -24,6 +24,10 @@ using test::fileBytes;
 
 const std::string information = "\xD0\xC5\xCF\xA2 ", warning = "\xBE\xAF\xB8\xE6 ",
                   error = "\xB4\xED\xCE\xF3 ", unknown = "\xCE\xB4\xD6\xAA ";
+
+std::string line(const std::string& tag, const std::string& text, const char* time = "09:05:07") {
+    return time + tag + text + "\r\n";
+}
 
 class LogTest : public testing::Test {
   protected:
@@ -44,11 +48,9 @@ TEST_F(LogTest, WritesLinesInGbkToTheFileOfTheDayAndCountsErrors) {
     log_.print(-1, "a\nb");
     log_.print(3, "\x80\xFF not UTF-8");  // of an exception, say
     const std::string bytes = today();
-    EXPECT_TRUE(bytes.starts_with("09:05:07" + warning +
-                                  "\xBC\xE0\xB2\xE2\xD6\xF7\xCF\xDF\xB3\xCC\xC6\xF4\xB6\xAF\r\n"
-                                  "09:05:07" +
-                                  error + "100%s %d %n%\r\n09:05:07" + unknown +
-                                  "a\r\nb\r\n09:05:07" + unknown))
+    EXPECT_TRUE(bytes.starts_with(
+        line(warning, "\xBC\xE0\xB2\xE2\xD6\xF7\xCF\xDF\xB3\xCC\xC6\xF4\xB6\xAF") +
+        line(error, "100%s %d %n%") + line(unknown, "a\r\nb") + "09:05:07" + unknown))
         << bytes;
     EXPECT_EQ(std::count(bytes.begin(), bytes.end(), '\n'), 5);
     EXPECT_EQ(log_.errorCount(), 1u);
@@ -70,8 +72,8 @@ TEST_F(LogTest, InformationIsWrittenFromTheMinuteAfterTheSwitchWasSet) {
     environment_.now.hour = 10;  // another minute, though of the same number
     log_.print(logInformation, "6");
     log_.print(logError, "7");
-    EXPECT_EQ(today(), "09:06:59" + information + "3\r\n09:07:59" + information + "4\r\n09:07:59" +
-                           information + "5\r\n10:07:59" + error + "7\r\n");
+    EXPECT_EQ(today(), line(information, "3", "09:06:59") + line(information, "4", "09:07:59") +
+                           line(information, "5", "09:07:59") + line(error, "7", "10:07:59"));
     EXPECT_EQ(environment_.reads, 4);  // once a minute
 }
 
@@ -85,16 +87,14 @@ TEST_F(LogTest, MidnightAndNewYearBeginNewFiles) {
         environment_.now = time;
         log_.print(logWarning, file);
     }
-    for (const auto& [time, file] : days)
-        EXPECT_EQ(ofDay(file), "09:05:07" + warning + file + "\r\n");
+    for (const auto& [time, file] : days) EXPECT_EQ(ofDay(file), line(warning, file));
 }
 
 TEST_F(LogTest, WhatStandsInTheWayCostsTheLineAndWhatIsRemovedIsMadeAgain) {
     std::ofstream(directory_ / "LogFile") << "in the way";
     for (const char* text : {"lost", "written", "once more"}) {
         log_.print(logError, text);
-        const std::string expected = "09:05:07" + error + text + "\r\n";
-        EXPECT_EQ(today(), text == std::string("lost") ? "" : expected);
+        EXPECT_EQ(today(), text == std::string("lost") ? "" : line(error, text));
         fs::remove_all(directory_ / "LogFile");
     }
     EXPECT_EQ(log_.errorCount(), 3u);
@@ -107,7 +107,7 @@ TEST_F(LogTest, WithoutAPathTheLineGoesToTheFallbackFile) {
     log_.print(logError, "1");
     environment_.executable.reset();  // throws
     log_.print(logError, "2");
-    EXPECT_EQ(fileBytes(fallback), before + "09:05:07" + error + "1\r\n09:05:07" + error + "2\r\n");
+    EXPECT_EQ(fileBytes(fallback), before + line(error, "1") + line(error, "2"));
     // With the next path, one without an extension, it is found again.
     fs::create_directory(directory_ / "v1.2");
     environment_.executable = directory_ / "v1.2" / "Host";
@@ -125,20 +125,19 @@ TEST_F(LogTest, LinesOfManyThreadsStayWhole) {
         --inside;
     };
     std::vector<std::thread> writers;
-    std::multiset<std::string> expected, written;
-    for (int thread = 0; thread < threads; ++thread) {
-        const std::string text(40, static_cast<char>('a' + thread));
-        for (int line = 0; line < lines; ++line) expected.insert("09:05:07" + error + text + "\r");
-        writers.emplace_back([&, text] {
-            for (int line = 0; line < lines; ++line) log_.print(logError, text);
+    for (char mark = 'a'; mark < 'a' + threads; ++mark)
+        writers.emplace_back([&, mark] {
+            for (int i = 0; i < lines; ++i) log_.print(logError, std::string(40, mark));
         });
-    }
     for (std::thread& writer : writers) writer.join();
     EXPECT_EQ(overlapping, 0);
-    std::istringstream bytes(today());
-    for (std::string line; std::getline(bytes, line);) written.insert(line);
-    EXPECT_EQ(written, expected);
     EXPECT_EQ(log_.errorCount(), unsigned{threads * lines});
+    std::map<std::string, int> written, expected;
+    std::istringstream bytes(today());
+    for (std::string text; std::getline(bytes, text);) ++written[text + "\n"];
+    for (char mark = 'a'; mark < 'a' + threads; ++mark)
+        expected[line(error, std::string(40, mark))] = lines;
+    EXPECT_EQ(written, expected);
 }
 
 TEST_F(LogTest, AThreadEndedByForceInTheMiddleOfALineBlocksNobody) {
@@ -156,7 +155,7 @@ TEST_F(LogTest, AThreadEndedByForceInTheMiddleOfALineBlocksNobody) {
     worker.stop(0, true);
     environment_.onTime = nullptr;
     log_.print(logError, "next");
-    EXPECT_EQ(today(), "09:05:07" + error + "next\r\n");
+    EXPECT_EQ(today(), line(error, "next"));
 }
 
 // The log of the process lies beside the test program.

@@ -11,16 +11,13 @@ namespace {
 // Below HKEY_CURRENT_USER, where everybody may write.
 class RegistryReaderTest : public testing::Test {
   protected:
-    RegistryReaderTest() { RegCreateKeyA(HKEY_CURRENT_USER, root_.c_str(), &key_); }
-    ~RegistryReaderTest() override {
-        for (const char* subkey : {"First", "Second"}) RegDeleteKeyA(key_, subkey);
-        RegCloseKey(key_);
-        RegDeleteKeyA(HKEY_CURRENT_USER, root_.c_str());
-    }
+    ~RegistryReaderTest() override { RegDeleteTreeA(HKEY_CURRENT_USER, root_.c_str()); }
+
     void set(const char* subkey, const std::string& text) {
-        RegSetKeyValueA(key_, subkey, "A", REG_SZ, text.c_str(),
+        RegSetKeyValueA(HKEY_CURRENT_USER, pathOf(subkey).c_str(), "A", REG_SZ, text.c_str(),
                         static_cast<DWORD>(text.size() + 1));
     }
+    std::string pathOf(const char* subkey) const { return root_ + "\\" + subkey; }
     // -99 when there is nothing to read.
     long read(const char* subkey, const char* name = "A") {
         long number = -99;
@@ -30,7 +27,6 @@ class RegistryReaderTest : public testing::Test {
     }
 
     const std::string root_ = "Software\\KorvaneTest" + std::to_string(GetCurrentProcessId());
-    HKEY key_ = nullptr;
     RegistryReader reader_{HKEY_CURRENT_USER, root_};
 };
 
@@ -54,7 +50,7 @@ TEST_F(RegistryReaderTest, FollowsTheSubkeyItIsAskedForAndSurvivesItsLoss) {
     EXPECT_EQ(read("FIRST"), 1);
     EXPECT_EQ(read("Second"), 2);
     EXPECT_EQ(read("First"), 1);
-    RegDeleteKeyA(key_, "First");
+    RegDeleteKeyA(HKEY_CURRENT_USER, pathOf("First").c_str());
     EXPECT_EQ(read("First"), -99);
     set("First", "5");
     EXPECT_EQ(read("First"), 5);

@@ -11,11 +11,7 @@ namespace nox_pub::mswin::test {
 // handles, because not every system counts those of one process.
 inline int openHandles() {
     struct Entry {
-        ULONG process;
-        UCHAR type, flags;
-        USHORT handle;
-        void* object;
-        ULONG access;
+        ULONG process, rest[3];  // which handle, of what object, with what access
     };
     using Query = LONG(WINAPI*)(ULONG, void*, ULONG, ULONG*);
     constexpr ULONG systemHandleInformation = 16;

@@ -1,6 +1,5 @@
 #include "ui/controls.h"
 
-#include <atomic>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <set>
@@ -44,24 +43,13 @@ class ControlsTest : public testing::Test {
     const ListView list_ = make<ListView>(WC_LISTVIEWW, LVS_REPORT | LVS_SHOWSELALWAYS);
     const HWND view_ = list_.window();
     std::set<UINT> noted_;  // codes of commands and notifications
-    std::atomic<int> chosen_ = -1;
 
   private:
-    void showMenu() {
-        HMENU menu = CreatePopupMenu();
-        AppendMenuW(menu, MF_STRING, 1, L"添加");
-        AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
-        AppendMenuW(menu, MF_STRING | MF_GRAYED, 2, L"修改");
-        AppendMenuW(menu, MF_STRING, 3, L"删除");
-        chosen_ = TrackPopupMenu(menu, TPM_RETURNCMD | TPM_NONOTIFY, 10, 10, 0, parent_, nullptr);
-        DestroyMenu(menu);
-    }
     static LRESULT CALLBACK onMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                       UINT_PTR, DWORD_PTR test) {
-        auto& self = *reinterpret_cast<ControlsTest*>(test);
-        if (message == WM_COMMAND) self.noted_.insert(HIWORD(wParam));
-        if (message == WM_NOTIFY) self.noted_.insert(reinterpret_cast<const NMHDR*>(lParam)->code);
-        if (message == WM_CONTEXTMENU) self.showMenu();
+        auto& noted = reinterpret_cast<ControlsTest*>(test)->noted_;
+        if (message == WM_COMMAND) noted.insert(HIWORD(wParam));
+        if (message == WM_NOTIFY) noted.insert(reinterpret_cast<const NMHDR*>(lParam)->code);
         return DefSubclassProc(window, message, wParam, lParam);
     }
 };
@@ -175,30 +163,6 @@ TEST_F(ControlsTest, ListViewShowsSelectsAndMarksRows) {
         EXPECT_EQ(robot_.isRowChecked(view_, 1), marked);
         EXPECT_EQ(list_.checked(2), marked);
     }
-}
-
-TEST_F(ControlsTest, TheRobotClicksRowsAndChoosesFromTheirMenu) {
-    fill(ListView::Marks::None, 3);
-    host::RobotThread robot([&](Robot& r) {
-        r.doubleClickRow(view_, 2);
-        r.settle();
-        EXPECT_TRUE(noted_.contains(NM_DBLCLK));
-        EXPECT_EQ(r.listSelection(view_), 2);
-        r.rightClickRow(view_, 1);
-        const auto items = r.waitPopup();
-        ASSERT_EQ(items.size(), 4u);
-        EXPECT_EQ(items[0].text, "添加");
-        EXPECT_TRUE(items[0].enabled && items[1].separator && !items[2].enabled);
-        EXPECT_THROW(r.choosePopup("修改"), host::RobotError);
-        r.choosePopup("删除");
-        r.waitFor("the choice", [&] { return chosen_ == 3; });
-        EXPECT_EQ(r.listSelection(view_), 1);
-        r.rightClickRow(view_, -1);
-        r.waitPopup();
-        r.dismissPopup();
-        r.waitFor("no choice", [&] { return chosen_ == 0; });
-    });
-    robot.finish();
 }
 
 }  // namespace
