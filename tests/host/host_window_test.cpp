@@ -4,6 +4,7 @@
 #include <commctrl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <utility>
 
 #include "host/host_ids.h"
 #include "host/plugin.h"
