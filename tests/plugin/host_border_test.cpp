@@ -36,7 +36,7 @@ const void* address(std::uintptr_t value) {
 TEST(HostWindow, IsFoundInAWindowObjectAndAsAPlainHandle) {
     const test::TestHost host;
     struct {
-        std::byte base[KORVANE_HANDLE_OFFSET];
+        std::byte base[0x20];  // in a 32-bit process
         HWND window;
     } object{};
     std::memset(object.base, 0xCD, sizeof object.base);

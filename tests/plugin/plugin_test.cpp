@@ -60,14 +60,12 @@ class PluginTest : public testing::Test {
     Function find(const char* name) const {
         return std::bit_cast<Function>(GetProcAddress(library_, name));
     }
-    HWND panel() const {
-        return *reinterpret_cast<HWND*>(static_cast<char*>(getWnd_()) + KORVANE_HANDLE_OFFSET);
-    }
-
+    // As a 32-bit host's class library lays it out.
     struct WindowObject {
-        std::byte base[KORVANE_HANDLE_OFFSET] = {};
+        std::byte base[0x20] = {};
         HWND window = nullptr;
     };
+    HWND panel() const { return static_cast<WindowObject*>(getWnd_())->window; }
 
     test::TestHost host_;
     HMODULE library_ = nullptr;
@@ -131,19 +129,22 @@ TEST_F(PluginTest, StaysLoadedUntilItIsStopped) {
     ASSERT_EQ(LoadLibraryW(libraryPath().c_str()), library_);
 }
 
-// Stopped from within a loop of its own, a waiting command is left by an exception: that it finds
-// its way in a process that holds another copy of the compiler's runtime is seen here, too.
-TEST_F(PluginTest, CanBeStoppedWhileItAsks) {
+// Stopped or started anew from within a loop of its own, a waiting command is left by an exception:
+// that it finds its way in a process that holds another copy of the compiler's runtime is seen
+// here, too. What it asked was about the device before.
+TEST_F(PluginTest, AStopOrAnotherStartEndsWhatItAsks) {
     ASSERT_EQ(start_(&parent_, &address_), KORVANE_STARTED);
-    RobotThread([this](Robot& r) {
-        constexpr int rebootButton = 27;
-        r.click(panel(), rebootButton);
-        const HWND question = r.waitBox("确认要重启设备吗?");
-        host_.run([this] { stop_(); });
-        r.waitGone(question);
-        r.waitFor("the host to be usable", [&] { return IsWindowEnabled(host_.window()); });
-    }).finish();
-    EXPECT_EQ(panel(), nullptr);
+    for (const bool starts : {true, false}) {
+        RobotThread([this, starts](Robot& r) {
+            constexpr int rebootButton = 27;
+            r.click(panel(), rebootButton);
+            const HWND question = r.waitBox("确认要重启设备吗?");
+            host_.run([this, starts] { starts ? start_(&parent_, &address_) : stop_(); });
+            r.waitGone(question);
+            r.waitFor("the host to be usable", [&] { return IsWindowEnabled(host_.window()); });
+        }).finish();
+        EXPECT_EQ(panel() != nullptr, starts);
+    }
 }
 
 }  // namespace
