@@ -206,10 +206,6 @@ TEST(ConfigImage, CountsAboveTheirArraysAreHeldToThem) {
     EXPECT_EQ(tables->network.name.size(), 256u);
     EXPECT_EQ(tables->network.otherFrequencies.size(), 16u);
     EXPECT_EQ(tables->network.neighbours.size(), 16u);
-    EXPECT_EQ(tables->shortTime.frames.size(), 40u);
-    EXPECT_EQ(tables->shortTime.frames[39].timeSlots.size(), 40u);
-    EXPECT_EQ(tables->shortTime.frames[39].services.size(), 8u);
-    EXPECT_EQ(tables->shortTime.frames[39].services[7].components.size(), 8u);
     EXPECT_EQ(tables->continuousServices.entries.size(), 40u);
     EXPECT_EQ(tables->caDescriptions.entries.size(), 10u);
 }

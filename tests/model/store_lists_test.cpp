@@ -46,7 +46,6 @@ std::uint8_t byte(int mark) {
     return static_cast<std::uint8_t>(mark);
 }
 
-// Of both tables' lists; frames and services that take no slots and need no announcement.
 ListCase pairs(const char* name, TableKind kind) {
     return listOf<ServiceFrequencyEntry>(
         name, 40, true,
@@ -59,9 +58,15 @@ ListCase pairs(const char* name, TableKind kind) {
         [=](auto& m, int i, auto r) { return m.setServiceFrequency(kind, i, r); },
         [=](auto& m, int i) { return m.removeServiceFrequency(kind, i); });
 }
+// As many as there may be take all slots and all announcements.
+MultiplexFrame smallFrame(int mark) {
+    MultiplexFrame frame = test::frame(byte(mark), {test::service(1, byte(mark))});
+    frame.timeSlots.resize(1);
+    return frame;
+}
 ListCase frames(const char* name, TableKind kind) {
     return listOf<MultiplexFrame>(
-        name, 40, true, [](int mark) { return test::frame(byte(mark)); }, &MultiplexFrame::id,
+        name, 40, true, &smallFrame, &MultiplexFrame::id,
         [=](auto& m, int i, auto& r) { return m.getFrame(kind, i, r); },
         [=](auto& m, const auto& r, int at) { return m.addFrame(kind, r, at); },
         [=](auto& m, int i, const auto& r) { return m.updateFrame(kind, i, r); },
@@ -115,6 +120,22 @@ class Lists : public testing::TestWithParam<ListCase> {
         ASSERT_EQ(GetParam().mark(*model_, -1), -1);
     }
 
+    // What follows from the lists: the numbers of the continuous frames' slots, the announcements
+    // of their services at the front of the pairs, and the one list of all channels.
+    void expectConsistent() {
+        const ConfigTables& tables = model_->tables();
+        std::size_t slots = 0, services = 0;
+        for (const MultiplexFrame& frame : tables.continuous.frames) {
+            for (const std::uint8_t slot : frame.timeSlots) ASSERT_EQ(slot, slots++);
+            if (frame.id == 0) continue;
+            for (const ServiceRecord& service : frame.services)
+                ASSERT_EQ(tables.continuousServices.entries[services++],
+                          (ServiceFrequencyEntry{service.serviceId, 0, 0}));
+        }
+        for (std::size_t i = 0; i < model_->flatChannels().size(); ++i)
+            ASSERT_EQ(model_->flatChannels()[i].position, i);
+    }
+
     std::mt19937 random_{7};
     std::unique_ptr<ConfigModel> model_ = std::make_unique<ConfigModel>();
     std::vector<int> expected_;
@@ -129,6 +150,7 @@ TEST_P(Lists, DoWhatAPlainListDoes) {
         if (action == 1) remove(index);
         if (action > 1) add(mark, std::min(index, int(expected_.size())));
         expectSame();
+        expectConsistent();
     }
 }
 

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <random>
+#include <type_traits>
 
 #include "model/config_image.h"
 #include "model/config_model.h"
+#include "model/object_bytes.h"
 
 namespace korvane::test {
 
@@ -51,70 +54,54 @@ inline MultiplexFrame frame(std::uint8_t id, std::initializer_list<ServiceRecord
 // unused slots and reserved bytes. `full` fills every list to its limit.
 inline std::unique_ptr<ConfigImage> randomImage(unsigned seed, bool full = false) {
     std::mt19937 random(seed);
-    const auto byte = [&random] { return static_cast<std::uint8_t>(random()); };
-    const auto fill = [&byte](auto& object) {
-        auto* bytes = reinterpret_cast<std::uint8_t*>(&object);
-        for (std::size_t i = 0; i < sizeof object; ++i) bytes[i] = byte();
+    const auto fill = [&random](auto&... objects) {
+        const auto one = [&random](auto bytes) {
+            for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(random());
+        };
+        (one(writableBytesOf(objects)), ...);
     };
-    const auto count = [&random, full](std::size_t limit) {
-        return full ? limit : random() % (limit + 1);
+    // As many of the slots as `count` then says.
+    const auto fillSome = [&](auto& slots, auto& count) {
+        const std::size_t used = full ? slots.size() : random() % (slots.size() + 1);
+        for (std::size_t i = 0; i < used; ++i) fill(slots[i]);
+        count = static_cast<std::remove_reference_t<decltype(count)>>(used);
     };
     auto image = std::make_unique<ConfigImage>();
-    fill(image->header);
-    image->header.reserved = {};
-
     NetworkBlock& network = image->network;
-    fill(network.word0);
-    fill(network.word1);
-    fill(network.networkNumber);
-    network.tableId = 1;
-    network.carried27 = byte();
-    network.level = 3;
+    fill(image->header, network.word0, network.word1, network.networkNumber, network.tableId,
+         network.carried27, network.level, network.ownFrequency);
+    image->header.reserved = {};
     std::memcpy(network.countryCode.data(), "CHN", 4);
-    network.nameLength = static_cast<std::uint8_t>(count(255));
-    for (std::size_t i = 0; i < network.nameLength; ++i)
-        network.name[i] = static_cast<char>(byte() | 1);
-    fill(network.ownFrequency);
-    network.otherFrequencyCount = static_cast<std::uint8_t>(count(limits::frequencyPoints));
-    for (std::size_t i = 0; i < network.otherFrequencyCount; ++i) fill(network.otherFrequencies[i]);
-    network.neighbourCount = static_cast<std::uint8_t>(count(limits::neighbourNetworks));
-    for (std::size_t i = 0; i < network.neighbourCount; ++i) fill(network.neighbours[i]);
+    network.nameLength = 200;
+    std::fill_n(network.name.begin(), 200, static_cast<char>('A' + seed % 26));
+    fillSome(network.otherFrequencies, network.otherFrequencyCount);
+    fillSome(network.neighbours, network.neighbourCount);
 
     for (MultiplexBlock* block : {&image->continuous, &image->shortTime}) {
         fill(block->header);
-        block->frameCount = static_cast<std::uint8_t>(count(limits::frames));
+        block->frameCount = static_cast<std::uint8_t>(full ? 40 : random() % 41);
         for (std::size_t f = 0; f < block->frameCount; ++f) {
-            FrameSlot& slot = block->frames[f];
-            fill(slot.head);
-            slot.head.timeSlotCount = static_cast<std::uint8_t>(count(limits::timeSlots));
-            for (std::size_t i = slot.head.timeSlotCount; i < limits::timeSlots; ++i)
-                slot.head.timeSlots[i] = 0;
-            slot.head.serviceCount = static_cast<std::uint8_t>(count(limits::services));
-            for (std::size_t s = 0; s < slot.head.serviceCount; ++s) {
-                ServiceSlot& one = slot.services[s];
-                fill(one.head);
-                one.head.serviceIdAgain = one.head.serviceId;
-                one.head.reserved = 0;
-                one.head.componentCount = static_cast<std::uint16_t>(count(limits::components));
-                for (std::size_t c = 0; c < one.head.componentCount; ++c) fill(one.components[c]);
-                fill(one.bandwidth);
+            FrameSlot& frame = block->frames[f];
+            fill(frame.head);
+            frame.head.timeSlots = {};
+            fillSome(frame.head.timeSlots, frame.head.timeSlotCount);
+            fillSome(frame.services, frame.head.serviceCount);
+            for (std::size_t s = 0; s < frame.head.serviceCount; ++s) {
+                ServiceSlot& service = frame.services[s];
+                service.head.serviceIdAgain = service.head.serviceId;
+                service.head.reserved = 0;
+                service.components = {};
+                fillSome(service.components, service.head.componentCount);
             }
         }
     }
     for (ServiceFrequencyBlock* block : {&image->continuousServices, &image->shortTimeServices}) {
-        fill(block->header);
-        fill(block->value);
-        block->entryCount = static_cast<std::uint16_t>(count(limits::serviceFrequencies));
-        for (std::size_t i = 0; i < block->entryCount; ++i) fill(block->entries[i]);
+        fill(block->header, block->value);
+        fillSome(block->entries, block->entryCount);
     }
-    fill(image->params264);
     CaBlock& ca = image->caDescriptions;
-    ca.tableId = byte();
-    ca.sendFlag = byte();
-    ca.sectionCount = byte();
-    ca.entryCount = static_cast<std::uint16_t>(count(limits::caSystems));
-    for (std::size_t i = 0; i < ca.entryCount; ++i) fill(ca.entries[i]);
-    fill(image->outputParams);
+    fill(image->params264, image->outputParams, ca.tableId, ca.sendFlag, ca.sectionCount);
+    fillSome(ca.entries, ca.entryCount);
     return image;
 }
 
