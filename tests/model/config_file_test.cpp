@@ -198,7 +198,7 @@ std::unique_ptr<Configuration> someConfiguration() {
     channels.append(test::channel(ChannelType::Video, 2, 7002));
     model->setFlatChannels(channels);
     test::editTables(*model, [](ConfigTables& tables) {
-        decodeImage(*test::randomImage(5), tables);
+        decodeImage(*test::randomImage(6), tables);
         setDefaultDescriptions(tables);
     });
     DeviceParamBlock params{};
@@ -216,7 +216,7 @@ TEST(CurrentLayout, IsWrittenToItsPlaces) {
     // The video channel comes first: types in order, positions in byte 1, the port low byte first.
     EXPECT_EQ(bytesAt(file[0], 36, 13), "00 00 00 00 E1 01 02 02 5A 1B 00 00 00");
     EXPECT_EQ(bytesAt(file[0], 36 + 120, 13), "00 01 00 00 E1 01 02 01 59 1B 00 00 07");
-    EXPECT_EQ(std::memcmp(&file[36 + 240], test::randomImage(5).get(), 629896), 0);
+    EXPECT_EQ(std::memcmp(&file[36 + 240], test::randomImage(6).get(), 629896), 0);
     EXPECT_EQ(std::memcmp(&file[current.params(2)], "10.0.0.5", 9), 0);
     // The first description is that of the second frame's first service; its id's low byte leads.
     const std::uint16_t id = configuration->image.continuous.frames[1].services[0].head.serviceId;
