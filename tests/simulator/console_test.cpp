@@ -1,9 +1,4 @@
-#include "simulator/console.h"
-
-#include <gtest/gtest.h>
-#include <sstream>
-
-#include "simulator/panel_side.h"
+#include "simulator/dialogue.h"
 #include "simulator/simulator_options.h"
 
 namespace korvane::test {
@@ -67,83 +62,35 @@ TEST(Options, HelpNamesEveryOptionAndFault) {
         EXPECT_NE(help.find(traits.name), std::string::npos) << traits.name;
 }
 
-class ConsoleCommands : public testing::Test {
-  protected:
-    std::string run(std::string_view line) { return console_.execute(line, panel_.nowMs); }
-
-    SimulatedDevice device_;
-    PanelSide panel_{device_};
-    std::ostringstream out_;
-    EventLog log_{out_, LogLevel::Normal, [] { return std::string("12:00:00.000"); }};
-    std::string savedTo_ = "nowhere";
-    Console console_{device_, log_, [this](const std::string& path) {
-                         savedTo_ = path;
-                         return std::string("written");
-                     }};
+const Scene scenes[] = {
+    {"FaultsAreAddedListedAndCleared",
+     "faults -> no faults |   fault  loss=5   silence@4000:2 \r -> faults: loss=5, "
+     "silence@ActivateConfig:2 | 4000 -> nothing | faults -> faults: loss=5, "
+     "silence@ActivateConfig:1 | clear loss -> faults: silence@ActivateConfig:1 | "
+     "clear lose -> no fault 'lose' | clear -> no faults | 4000 | fault -> ~at least one | "
+     "fault cut loss=200 -> loss takes a number from 0 to 100, not '200' | faults -> faults: cut"},
+    {"AlarmsAreForced",
+     "alarms 0x78 -> alarms 0x78 | status -> ~alarms 120; 27 input channels; configuration "
+     "applied; "
+     "no faults | alarms 255 -> alarms 255 | status -> ~alarms 255; | alarms auto -> alarms auto | "
+     "status -> ~alarms 0; | alarms 256 -> alarms needs a byte or auto | alarms x -> ~needs a "
+     "byte"},
+    {"SavingQuittingAndNonsense",
+     "save some file -> to 'some file' | save -> to '' |   -> | stauts -> unknown command "
+     "'stauts', "
+     "try help | help -> ~alarms BITS|auto      force | help -> ~loss=PERCENT   "},
 };
+INSTANTIATE_TEST_SUITE_P(Console, Conversation, testing::ValuesIn(scenes), sceneName);
 
-TEST_F(ConsoleCommands, FaultsAreAddedListedAndCleared) {
-    EXPECT_EQ(run("faults"), "no faults");
-    EXPECT_EQ(run("  fault  loss=5   silence@4000:2 \r"),
-              "faults: loss=5, silence@ActivateConfig:2");
-    EXPECT_EQ(panel_.ask(4000).datagrams, 0u);
-    EXPECT_EQ(run("faults"), "faults: loss=5, silence@ActivateConfig:1");
-    EXPECT_EQ(run("clear loss"), "faults: silence@ActivateConfig:1");
-    EXPECT_EQ(run("clear"), "no faults");
-    EXPECT_EQ(panel_.ask(4000).datagrams, 1u);
-    EXPECT_EQ(run("fault loss=200"), "loss takes a number from 0 to 100, not '200'");
-    EXPECT_EQ(run("clear lose"), "no fault 'lose'");
-    EXPECT_NE(run("fault").find("at least one"), std::string::npos);
-}
-
-TEST_F(ConsoleCommands, StatusAndAlarms) {
-    EXPECT_EQ(run("alarms 0x78"), "alarms 0x78");
-    EXPECT_EQ(panel_.ask(4007).payload[10], 0x78);
-    const std::string status = run("status");
-    EXPECT_NE(status.find("running; 9 frames"), std::string::npos) << status;
-    EXPECT_NE(status.find("alarms 120; 27 input channels; configuration applied; no faults"),
-              std::string::npos)
-        << status;
-    EXPECT_EQ(run("alarms auto"), "alarms auto");
-    EXPECT_EQ(panel_.ask(4007).payload[10], 0);
-    EXPECT_EQ(run("alarms 256"), "alarms needs a byte or auto");
-    panel_.ask(1, {0});
-    EXPECT_NE(run("status").find("set but not applied"), std::string::npos);
-    run("reboot");
-    EXPECT_EQ(panel_.ask(4006).datagrams, 0u);
-    EXPECT_NE(run("status").find("restarting"), std::string::npos);
-}
-
-TEST_F(ConsoleCommands, SavingQuittingAndNonsense) {
-    EXPECT_EQ(run("save some file"), "written");
-    EXPECT_EQ(savedTo_, "some file");
-    run("save");
-    EXPECT_EQ(savedTo_, "");
-    EXPECT_EQ(run(""), "");
-    EXPECT_EQ(run(" \t"), "");
-    EXPECT_EQ(run("stauts"), "unknown command 'stauts', try help");
-    EXPECT_FALSE(console_.quitAsked());
-    run("quit");
-    EXPECT_TRUE(console_.quitAsked());
-    EXPECT_NE(run("help").find("alarms"), std::string::npos);
-}
-
-TEST_F(ConsoleCommands, LogShowsPollsOnlyWhenAsked) {
-    device_.onEvent([this](const DeviceEvent& event) { log_.write(event); });
-    panel_.ask(4006);
-    panel_.ask(4000);
-    EXPECT_EQ(out_.str(),
-              "12:00:00.000 127.0.0.1:40000 ActivateConfig (4000), 0 bytes -> done, 0 "
-              "bytes (configuration applied)\n");
-    out_.str({});
-    EXPECT_EQ(run("log all"), "log all");
-    panel_.ask(4006);
-    EXPECT_NE(out_.str().find("GetHeartbeat"), std::string::npos);
-    out_.str({});
-    run("log quiet");
-    panel_.ask(4000);
-    EXPECT_EQ(out_.str(), "");
-    EXPECT_NE(run("log loud").find("needs"), std::string::npos);
+TEST(Console, EndsWhenAsked) {
+    SimulatedDevice device;
+    std::ostringstream out;
+    EventLog log(out, LogLevel::Normal, nullptr);
+    Console console(device, log, nullptr);
+    EXPECT_EQ(console.execute("", 0), "");
+    EXPECT_FALSE(console.quitAsked());
+    console.execute("quit", 0);
+    EXPECT_TRUE(console.quitAsked());
 }
 
 }  // namespace

@@ -1,77 +1,41 @@
 #include "simulator/panel_side.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
-
-#include "device/command_frame.h"
 
 namespace korvane::test {
 
-Bytes requestFrame(std::uint32_t code, const Bytes& payload,
-                   std::optional<std::uint32_t> lengthField) {
-    Bytes frame;
-    frame.reserve(12 + payload.size());
-    frame.resize(12);
-    putBigEndian32(frame.data(), code);
-    putBigEndian32(frame.data() + 8,
-                   lengthField.value_or(static_cast<std::uint32_t>(payload.size())));
-    frame.insert(frame.end(), payload.begin(), payload.end());
-    return frame;
-}
-
-Bytes announcementOf(std::uint32_t total) {
-    Bytes bytes = {0x11, 0x22, 0, 0, 0, 0, 0, 0};
-    putBigEndian32(bytes.data() + 4, total);
-    return bytes;
-}
-
-Reply readReply(const std::vector<OutgoingDatagram>& datagrams) {
-    Reply reply;
-    reply.datagrams = datagrams.size();
-    if (datagrams.empty()) return reply;
-    reply.firstMs = datagrams.front().sendAtMs;
-    reply.lastMs = datagrams.back().sendAtMs;
-    Bytes message = datagrams.front().bytes;
-    if (message.size() == 8 && message[0] == 0x11 && message[1] == 0x22) {
-        const std::uint32_t total = getBigEndian32(message.data() + 4);
-        message.clear();
-        for (std::size_t i = 1; i < datagrams.size(); ++i)
-            message.insert(message.end(), datagrams[i].bytes.begin(), datagrams[i].bytes.end());
-        EXPECT_EQ(message.size(), total);
+Reply readReply(std::vector<OutgoingDatagram> datagrams) {
+    Reply reply{std::move(datagrams), {}, {}, {}, {}};
+    for (const OutgoingDatagram& datagram : reply.datagrams) {
+        const Bytes& bytes = datagram.bytes;
+        if (!reply.announced && bytes.size() == Announcement::size)
+            reply.announced = getBigEndian32(bytes.data() + 4);
+        else
+            reply.message.insert(reply.message.end(), bytes.begin(), bytes.end());
     }
-    if (message.size() < 12) return reply;
-    reply.code = getBigEndian32(message.data());
-    reply.status = getBigEndian32(message.data() + 4);
-    reply.lengthField = getBigEndian32(message.data() + 8);
-    reply.payload.assign(message.begin() + 12, message.end());
+    if (reply.message.size() < CommandFrame::size) return reply;
+    reply.frame = CommandFrame::read(reply.message.data());
+    reply.payload.assign(reply.message.begin() + CommandFrame::size, reply.message.end());
     return reply;
 }
 
-std::vector<OutgoingDatagram> PanelSide::send(const Bytes& datagram, const Endpoint& from) {
-    return device_.receive(datagram, from, nowMs);
-}
-
-std::vector<OutgoingDatagram> PanelSide::sendMessage(const Bytes& message) {
-    if (message.size() <= 65536) return send(message);
-    EXPECT_TRUE(send(announcementOf(static_cast<std::uint32_t>(message.size()))).empty());
-    std::vector<OutgoingDatagram> answer;
-    for (std::size_t at = 0; at < message.size(); at += 30720) {
-        EXPECT_TRUE(answer.empty()) << "answered before the train was complete";
-        const std::size_t end = std::min(at + 30720, message.size());
-        answer = send(Bytes(message.data() + at, message.data() + end));
-        nowMs += 50;
-    }
+std::vector<OutgoingDatagram> PanelSide::send(const Bytes& datagram) {
+    auto answer = device_.receive(datagram, endpoint, nowMs);
+    for (const OutgoingDatagram& one : answer) EXPECT_EQ(one.to, endpoint);
     return answer;
 }
 
 Reply PanelSide::ask(std::uint32_t code, const Bytes& payload) {
-    return readReply(sendMessage(requestFrame(code, payload)));
-}
-
-std::uint32_t PanelSide::statusOf(std::uint32_t code, const Bytes& payload) {
-    const Reply reply = ask(code, payload);
-    EXPECT_EQ(reply.code, code);
-    return reply.status;
+    const Bytes message = frameOf(code, 0, payload);
+    if (message.size() <= 65536) return readReply(send(message));
+    auto answer = send(announcementOf(static_cast<std::uint32_t>(message.size())));
+    for (std::size_t at = 0; at < message.size(); at += 30720) {
+        nowMs += at > 0 ? 50 : 0;
+        EXPECT_TRUE(answer.empty()) << "answered before the train was complete";
+        const std::size_t end = std::min(at + 30720, message.size());
+        answer = send(Bytes(message.data() + at, message.data() + end));
+    }
+    return readReply(std::move(answer));
 }
 
 Bytes pattern(std::size_t size, std::uint8_t seed) {

@@ -1,185 +1,125 @@
 #include "simulator/sample_configuration.h"
 
 #include <algorithm>
-#include <cstring>
 #include <gtest/gtest.h>
-#include <numeric>
 #include <set>
 
+#include "model/capacity.h"
+#include "model/config_checks.h"
 #include "simulator/gbk_texts.h"
-#include "simulator/status_generator.h"
+#include "support/scripted_prompts.h"
 
 namespace korvane::test {
 namespace {
 
 class Sample : public testing::Test {
   protected:
-    template <class Visit>
-    void forEachService(Visit visit) const {
-        for (const MultiplexTable* table : {&tables_->continuous, &tables_->shortTime})
-            for (const MultiplexFrame& frame : table->frames)
-                for (const ServiceRecord& service : frame.services) visit(frame, service);
+    // Enters a table's frames as an operator would.
+    void enterFrames(TableKind kind) {
+        for (const MultiplexFrame& frame : sample_->table(kind).frames) {
+            EXPECT_EQ(checks_.checkFrameId(frame.id), 0);
+            EXPECT_EQ(checks_.checkTimeSlotCount(frame.timeSlots.size()), 0);
+            EXPECT_EQ(model_->addFrame(kind, frame), 0);
+            std::uint32_t total = 0;
+            EXPECT_FALSE(totalBandwidthOverflows(frame, total)) << total;
+            for (const ServiceRecord& service : frame.services) checkService(frame, service);
+        }
     }
-
-    std::unique_ptr<ConfigTables> tables_ = sampleTables();
-    FlatChannelList channels_ = sampleChannels();
-};
-
-TEST_F(Sample, ChannelsObeyTheEditorsRules) {
-    std::set<std::pair<std::array<std::uint8_t, 4>, std::uint16_t>> addresses;
-    std::set<std::uint32_t> ids;
-    std::array<int, limits::channelTypes> ofType{};
-    for (std::size_t i = 0; i < channels_.size(); ++i) {
-        const InputChannelRecord& channel = channels_[i];
-        EXPECT_EQ(channel.position, i);
-        EXPECT_TRUE(addresses.emplace(channel.address, channel.port).second) << i;
-        EXPECT_TRUE(ids.insert(channel.channelId).second) << i;
-        EXPECT_GE(channel.address[0], 224);
-        EXPECT_LE(channel.address[0], 239);
-        EXPECT_LE(channel.payloadType, 127);
-        ASSERT_LT(channel.type, limits::channelTypes);
-        ++ofType[channel.type];
-        const bool conditionalAccess = channel.type == 4 || channel.type == 5;
-        EXPECT_EQ(conditionalAccess, channel.dataUnitType >= 128 && channel.dataUnitType <= 159);
-    }
-    for (const int count : ofType) EXPECT_GT(count, 0);
-    EXPECT_TRUE(std::ranges::is_sorted(channels_, {}, &InputChannelRecord::type));
-    EXPECT_EQ(tables_->outputParams.lastChannelId, *ids.rbegin());
-}
-
-TEST_F(Sample, ServicesFitTheirFramesAndUseTheListedChannels) {
-    std::set<std::uint16_t> ids;
-    forEachService([&](const MultiplexFrame& frame, const ServiceRecord& service) {
-        EXPECT_TRUE(ids.insert(service.serviceId).second) << service.serviceId;
+    void checkService(const MultiplexFrame& frame, const ServiceRecord& service) {
+        EXPECT_TRUE(ids_.insert(service.serviceId).second) << service.serviceId;
+        if (service.serviceByte1 == 1) scrambled_.insert(service.serviceId);
         EXPECT_GE(service.parameters[0], 1);
         EXPECT_LE(service.parameters[0], 5);
         EXPECT_EQ(service.components.empty(), frame.id == 0) << service.serviceId;
         for (const InputChannelRecord& component : service.components)
             EXPECT_NE(std::ranges::find(channels_, component), channels_.end());
-    });
-    StatusGenerator generator(1);
-    generator.restart(*tables_, 0);
-    DeviceStatusImage status;
-    generator.write(status);
-    for (std::size_t i = 0; i < status.frameCount; ++i) {
-        const FrameStats& frame = status.frames[i];
-        std::uint64_t bandwidth = 0;
-        for (std::size_t k = 0; k < frame.subFrameCount; ++k)
-            bandwidth += frame.subFrames[k].bandwidth;
-        EXPECT_LE(bandwidth, frame.channelCapacity * 8u) << "frame " << frame.id;
     }
-}
 
-TEST_F(Sample, FramesAndTimeSlots) {
-    std::set<int> ids;
-    int slot = 0;
-    for (const MultiplexTable* table : {&tables_->continuous, &tables_->shortTime}) {
-        EXPECT_GE(table->frames.size(), 2u);
-        for (const MultiplexFrame& frame : table->frames) {
-            EXPECT_TRUE(ids.insert(frame.id).second);
-            EXPECT_LT(frame.id, 40);
-            EXPECT_FALSE(frame.timeSlots.empty());
-            for (const std::uint8_t number : frame.timeSlots) EXPECT_EQ(number, slot++);
-        }
+    std::unique_ptr<ConfigTables> sample_ = sampleTables();
+    FlatChannelList channels_ = sampleChannels();
+    std::unique_ptr<ConfigModel> model_ = std::make_unique<ConfigModel>();
+    ScriptedPrompts prompts_;
+    ConfigChecks checks_{*model_, prompts_};
+    std::set<std::uint16_t> ids_, scrambled_;
+};
+
+TEST_F(Sample, ChannelsCanBeEnteredInTheEditors) {
+    std::array<int, limits::channelTypes> ofType{};
+    for (const InputChannelRecord& channel : channels_) {
+        EXPECT_EQ(checks_.checkInputChannelAddress(channel.address, channel.port, true), 0);
+        EXPECT_EQ(checks_.checkDataUnitType(channel.dataUnitType) == 0,
+                  channel.type == 4 || channel.type == 5);
+        EXPECT_LE(channel.payloadType, 127);
+        ++ofType.at(channel.type);
+        EXPECT_EQ(model_->addChannel(channel, ConfigModel::atEnd), 0);
     }
-    EXPECT_LT(slot, 40);
-    EXPECT_EQ(tables_->continuous.header[0], 2);
-    EXPECT_EQ(tables_->shortTime.header[0], 4);
-    const MultiplexFrame& control = tables_->continuous.frames[0];
-    EXPECT_EQ(control.id, 0);
-    ASSERT_EQ(control.services.size(), 8u);
-    for (std::size_t i = 1; i < 8; ++i)
-        EXPECT_EQ(control.services[i].serviceId, control.services[i - 1].serviceId + 1);
+    EXPECT_EQ(std::ranges::count(ofType, 0), 0) << "there is one of each type";
+    EXPECT_TRUE(std::ranges::equal(model_->flatChannels(), channels_));
+    EXPECT_EQ(sample_->outputParams.lastChannelId, channels_.size());
 }
 
-// What an edit of any continuous frame would rebuild is what is there.
-TEST_F(Sample, ServiceFrequenciesFollowTheFrames) {
-    const auto& entries = tables_->continuousServices.entries;
-    std::size_t next = 0;
-    for (const MultiplexFrame& frame : tables_->continuous.frames) {
-        if (frame.id == 0) continue;
-        for (const ServiceRecord& service : frame.services) {
-            ASSERT_LT(next, entries.size());
-            EXPECT_EQ(entries[next].serviceId, service.serviceId);
-            EXPECT_EQ(entries[next++].channelNumber, tables_->continuous.header[1]);
-        }
+// An operator who enters all of it gets the sample, with what the model renumbers and rebuilds.
+TEST_F(Sample, TablesCanBeEnteredInTheEditors) {
+    ConfigTables& tables = model_->tables();
+    tables = *sample_;
+    tables.network.otherFrequencies = {};
+    tables.network.neighbours = {};
+    tables.continuous.frames = tables.shortTime.frames = {};
+    tables.continuousServices.entries = {};
+    tables.caDescriptions.entries = {};
+    for (const FrequencyPoint& point : sample_->network.otherFrequencies) {
+        EXPECT_EQ(checks_.checkFrequencyPoint(point), 0);
+        model_->addFrequencyPoint(point);
     }
-    std::set<std::pair<int, int>> pairs;
-    for (const ServiceFrequencyEntry& entry : entries)
-        EXPECT_TRUE(pairs.emplace(entry.serviceId, entry.channelNumber).second);
-    for (; next < entries.size(); ++next)
-        EXPECT_NE(entries[next].channelNumber, tables_->continuous.header[1]);
-    EXPECT_EQ(tables_->shortTimeServices.entries.size(), 2u);
-}
-
-TEST_F(Sample, NetworkAndConditionalAccess) {
-    const NetworkInfo& network = tables_->network;
-    EXPECT_EQ(network.name, gbk::networkName);
-    EXPECT_LE(network.name.size(), 256u);
-    EXPECT_EQ(network.ownFrequency.channelNumber, tables_->continuous.header[1]);
-    std::set<int> frequencies = {network.ownFrequency.channelNumber};
-    for (const FrequencyPoint& point : network.otherFrequencies)
-        EXPECT_TRUE(frequencies.insert(point.channelNumber).second);
-    std::set<std::uint32_t> numbers;
-    for (const NeighbourNetwork& neighbour : network.neighbours)
-        EXPECT_TRUE(numbers.insert(neighbour.networkNumber).second);
-    EXPECT_EQ(numbers.size(), 2u);
-
-    std::set<int> scrambled, protectedIds, dataUnits;
-    forEachService([&](const MultiplexFrame&, const ServiceRecord& service) {
-        if (service.serviceByte1 == 1) scrambled.insert(service.serviceId);
-    });
-    for (const InputChannelRecord& channel : channels_) dataUnits.insert(channel.dataUnitType);
-    for (const CaSystemEntry& entry : tables_->caDescriptions.entries) {
-        EXPECT_TRUE(protectedIds.insert(entry.serviceId).second);
-        EXPECT_TRUE(dataUnits.contains(entry.emmDataUnitType));
-        EXPECT_TRUE(dataUnits.contains(entry.ecmDataUnitType));
+    for (const NeighbourNetwork& network : sample_->network.neighbours) {
+        EXPECT_EQ(checks_.checkNeighbourNetwork(network), 0);
+        model_->addNeighbourNetwork(network);
     }
-    EXPECT_EQ(protectedIds, scrambled);
+    enterFrames(TableKind::Continuous);
+    enterFrames(TableKind::ShortTime);
+    const auto& entries = sample_->continuousServices.entries;
+    for (std::size_t i = tables.continuousServices.entries.size(); i < entries.size(); ++i) {
+        EXPECT_EQ(checks_.checkServiceFrequencyPair(entries[i].serviceId, entries[i].channelNumber),
+                  0);
+        model_->addServiceFrequency(TableKind::Continuous, entries[i]);
+    }
+    for (const CaSystemEntry& entry : sample_->caDescriptions.entries) {
+        EXPECT_EQ(checks_.checkCaSystem(entry.caSystemId, entry.serviceId, true, true), 0);
+        EXPECT_EQ(scrambled_.erase(entry.serviceId), 1u);
+        for (const std::uint8_t type : {entry.emmDataUnitType, entry.ecmDataUnitType})
+            EXPECT_NE(std::ranges::find(channels_, type, &InputChannelRecord::dataUnitType),
+                      channels_.end());
+        model_->appendCaSystem(entry);
+    }
+    EXPECT_TRUE(scrambled_.empty()) << "each scrambled service has its entry";
+    EXPECT_TRUE(tables == *sample_);
+    EXPECT_TRUE(prompts_.log.empty()) << prompts_.log[0];
+    EXPECT_EQ(checks_.checkPid(sample_->outputParams.pmsPid), 0);
 }
 
-TEST_F(Sample, OutputIsWithinItsRanges) {
-    const OutputParamBlock& output = tables_->outputParams;
-    EXPECT_LT(output.pmsPid, 0x2000);
-    EXPECT_GE(output.systemBitRate, 1'000'000u);
-    EXPECT_LE(output.systemBitRate, 50'000'000u);
-    EXPECT_EQ(output.alarmSwitches & 8, 8);
-    EXPECT_LE(output.updateSequenceAdvance, 2);
-    EXPECT_EQ(fieldText(tables_->params264.softwareVersion), "V2.0.6");
-    EXPECT_EQ(fieldText(tables_->params264.hardwareVersion), "V1.3");
-}
-
-// Fetching and saving unchanged must not change a byte.
-TEST_F(Sample, DecodingAndEncodingGivesTheSameBytes) {
-    const auto sample = sampleConfiguration();
-    const auto decoded = decodeConfiguration(*sample);
-    auto again = std::make_unique<DeviceConfiguration>();
-    encodeImage(*decoded, again->image);
-    toNetworkOrder(again->image);
-    encodeDescriptions(*decoded, again->descriptions);
-    toNetworkOrder(again->descriptions);
-    again->channels = sample->channels;
-    EXPECT_TRUE(*again == *sample);
-    EXPECT_EQ(sample->channels[0], channels_.size());
-}
-
-TEST_F(Sample, BytesOnTheWire) {
-    const auto sample = sampleConfiguration();
-    const auto* image = reinterpret_cast<const std::uint8_t*>(&sample->image);
-    const Bytes frequency(image + 292, image + 300);
-    EXPECT_EQ(frequency, Bytes({20, 0, 0, 0, 0x03, 0x28, 0xB7, 0x40})) << "530 MHz";
-    EXPECT_EQ(image[640 + 3], 7) << "continuous frames";
-    const Bytes systemRate(image + 629820 + 16, image + 629820 + 20);
-    EXPECT_EQ(systemRate, Bytes({0x00, 0x7A, 0x12, 0x00})) << "8 Mbit/s";
-    const auto* description = reinterpret_cast<const std::uint8_t*>(&sample->descriptions);
-    const Bytes name(description + 8, description + 12);
-    EXPECT_EQ(name, Bytes({0xD0, 0xC2, 0xCE, 0xC5})) << "GBK for news";
-}
-
-TEST(SampleState, CarriesItsOwnAddress) {
+TEST(SampleBytes, OnTheWire) {
     const auto state = sampleState("192.168.100.200");
-    EXPECT_EQ(fieldText(state->paramsSet.controlPort.address), "192.168.100.200");
     EXPECT_TRUE(state->set == state->applied);
+    const struct {
+        const void* object;
+        std::size_t offset;
+        Bytes bytes;
+        const char* what;
+    } places[] = {
+        {&state->set.image, 292, {20, 0, 0, 0, 0x03, 0x28, 0xB7, 0x40}, "530 MHz"},
+        {&state->set.image, 640, {2, 20, 1, 7}, "continuous frames"},
+        {&state->set.image, 314884, {4, 20, 1, 2}, "short-time frames"},
+        {&state->set.image, 629836, {0, 0x7A, 0x12, 0}, "8 Mbit/s"},
+        {&state->set.descriptions, 8, {0xD0, 0xC2, 0xCE, 0xC5}, "GBK for news"},
+        {&state->set.channels, 0, {27}, "channels"},
+        {&state->set.channels, 9, {0x13, 0x88}, "port 5000"},
+        {&state->paramsSet, 0, {'1', '9', '2'}, "its own address"},
+        {&state->paramsApplied, 12, {'2', '0', '0', 0}, "its own address"},
+    };
+    for (const auto& [object, offset, bytes, what] : places) {
+        const auto* from = static_cast<const std::uint8_t*>(object) + offset;
+        EXPECT_EQ(Bytes(from, from + bytes.size()), bytes) << what;
+    }
 }
 
 }  // namespace

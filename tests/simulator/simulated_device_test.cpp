@@ -1,178 +1,74 @@
-#include <cstring>
-#include <gtest/gtest.h>
-
-#include "device/command_table.h"
-#include "simulator/panel_side.h"
-#include "simulator/sample_configuration.h"
+#include "simulator/dialogue.h"
 
 namespace korvane::test {
 namespace {
 
-struct Block {
-    std::uint32_t setCode;
-    std::size_t offset, size;
+const Scene scenes[] = {
+    {"BlocksAreTakenOnlyBetweenBeginAndEnd",
+     "2008 /72 -> 3 | 2001 /13 -> 3 | 2999 00 -> 3 | 2000 00 | 4000 -> 3 | 2999 00 | 4000 | "
+     "2008 /72 -> 3 | 2999 00 -> 3"},
+    {"ASaveThatBreaksOffLeavesItsBlocks",
+     "2000 00 | 2003 624*1 | 3003 -> 0 624*1 | 2000 00 | 3003 -> 0 624*1 | 2999 00 | 4000"},
+    {"DefaultsAndARestartEndASave",
+     "2000 00 | 4002 | 2008 /72 -> 3 | 4000 | 2000 00 | 4001 | +15000 | 2008 /72 -> 3 | 4000"},
+    {"GettingNeedsNoBegin",
+     "3000 00 | 3999 00 | 3999 00 | 2000 00 | 2001 13*9 | 3001 -> 0 0910171E252C333A41484F565D"},
+    {"EachPartWaitsForActivation",
+     "status -> ~configuration applied; | 103 41944*1 | status -> ~; configuration set but not | "
+     "4000 | status -> ~configuration applied | 1 00 | status -> ~not applied | 4000 | "
+     "status -> ~configuration applied | 2000 00 | 2002 974*1 | status -> ~not applied | 4000 -> 3 "
+     "| 2999 00 | 4000 | status -> ~configuration applied | 104 -> 0 41944*1"},
+    {"ARestartKeepsWhatIsAppliedAndForgetsTheRest",
+     "2000 00 | 2003 624*1 | 2999 00 | 4000 | 2000 00 | 2003 624*2 | 2999 00 | 3003 -> 0 624*2 | "
+     "100 144*1 | 102 | 100 144*2 | 101 -> 0 144*2 | 4001 | +15000 | 3003 -> 0 624*1 | "
+     "101 -> 0 144*1"},
+    {"ActivationLeavesTheDeviceParameters", "100 144*1 | 4000 | 4001 | +15000 | 101 -> 0 [144]"},
+    {"ARestartIsSilentAndCountsAnew",
+     "4006 -> 0 0001 | 4006 -> 0 0002 | +60000 | 4001 | 4006 -> nothing | +14999 | 4006 -> nothing "
+     "| status -> ~restarting; | said -> ~12 bytes ignored: restarting | +1 | "
+     "status -> ~kbit/s, 0 bytes sent | 4006 -> 0 0001 | status -> ~running; 9 frames, stream"},
+    {"ARestartForgetsTrainsAndUpgrades",
+     "4009 'vxWorks' /256 00000009 0376E6E7 | announce 314256 | reboot -> restarting | +15000 | "
+     "4006 -> 0 0001 | 4012 -> 0 00 | 4010 -> 3"},
+    {"ChannelLists",
+     "1 3C 7200*8 | 2 -> 0 3C 7200*8 | 1 02 240*8 | 2 -> 0 02 240*8 | 1 01 120*9 | "
+     "2 -> 0 01 120*9 | 1 3D 7320*1 -> 4 | 1 -> 4 | 1 01 -> 2 | 1 01 /122 -> 2 | 1 02 120*1 -> 2 | "
+     "2 -> 0 01 120*9 | 1 00 | 2 -> 0 00"},
+    {"SummaryIsTheTimeOfDay",
+     "4008 02 -> 0 000207E8000C001F00020017003B003A0000 | "
+     "4008 FF -> 0 00FF07E8000C001F00020017003B003A0000"},
+    {"WrongSizesAndCodesAreRefused",
+     "4006 00 -> 2 | 4008 -> 2 | 2003 /623 -> 2 | 4009 /263 -> 2 | 100 /145 -> 2 | 4711 -> 1 | "
+     "4711 0102 -> 1 | 3 -> 1"},
+    {"TheLogTellsWhatHappened",
+     "log all | 4006 -> 0 0001 | said -> 12:00 127.0.0.1:40000 GetHeartbeat (4006), 0 bytes -> "
+     "done, 2 bytes | 2008 /72 -> 3 | said -> ~SetImageBlock72 (2008), 72 bytes -> refused, status "
+     "3 (no BeginConfigSet before) | 4711 -> 1 | said -> ~command 4711, 0 bytes -> refused | "
+     "103 41944*1 | said -> ~41944 bytes -> done, 0 | announce 12 | raw 00000FA60000 | "
+     "other raw 01 -> nothing | said -> ~:40001 1 bytes ignored: too short | raw 000000000000 | "
+     "said -> ~0 bytes in 3 datagrams -> done | fault silence:1 | 4000 -> nothing | "
+     "said -> ~ActivateConfig (4000), 0 bytes -> nothing [silence]"},
+    {"TheNormalLogLeavesThePollsOut",
+     "4006 -> ~0 | 4007 -> ~0 | 4008 02 -> ~0 | said -> nothing | 4000 | said -> 12:00 "
+     "127.0.0.1:40000 ActivateConfig (4000), 0 bytes -> done, 0 bytes (configuration applied) | "
+     "4009 /264 -> 5 | said -> ~refused | log quiet -> log quiet | 4000 | said -> nothing | "
+     "log loud -> log needs quiet, normal or all | log normal | 4000 | said -> ~4000"},
 };
+INSTANTIATE_TEST_SUITE_P(Device, Conversation, testing::ValuesIn(scenes), sceneName);
 
-// Where each block stands in the image, from the device's own documents.
-constexpr Block blocks[] = {
-    {2003, 16, 624},    {2004, 640, 314244}, {2005, 629128, 168},    {2006, 629464, 264},
-    {2007, 629728, 92}, {2008, 629820, 72},  {2009, 314884, 314244}, {2010, 629296, 168},
-};
-
-class Device : public testing::Test {
-  protected:
-    const std::uint8_t* setImage() const {
-        return reinterpret_cast<const std::uint8_t*>(&device_.state().set.image);
-    }
-    // A small configuration change, sent but not applied.
-    void setHeader(std::uint8_t byte5) {
-        Bytes header(13, 0);
-        header[6] = byte5;
-        panel_.ask(2000, {0});
-        EXPECT_EQ(panel_.statusOf(2001, header), 0u);
-        EXPECT_EQ(panel_.statusOf(2999, {0}), 0u);
-    }
-
-    SimulatedDevice device_;
-    PanelSide panel_{device_};
-};
-
-TEST_F(Device, EveryBlockComesBackAsItWasSentFromItsPlaceInTheImage) {
-    EXPECT_EQ(panel_.statusOf(2000, {7}), 0u);
-    std::uint8_t seed = 1;
-    for (const Block& block : blocks)
-        EXPECT_EQ(panel_.statusOf(block.setCode, pattern(block.size, seed++)), 0u);
-    EXPECT_EQ(panel_.statusOf(2002, pattern(974, 99)), 0u);
-    EXPECT_EQ(panel_.statusOf(2001, {33, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}), 0u);
-    EXPECT_EQ(panel_.statusOf(2999, {7}), 0u);
-
-    seed = 1;
-    for (const Block& block : blocks) {
-        const Bytes expected = pattern(block.size, seed++);
-        EXPECT_EQ(panel_.ask(block.setCode + 1000).payload, expected) << block.setCode;
-        EXPECT_EQ(std::memcmp(setImage() + block.offset, expected.data(), block.size), 0)
-            << block.setCode;
-    }
-    EXPECT_EQ(panel_.ask(3002).payload, pattern(974, 99));
-    EXPECT_EQ(panel_.ask(3001).payload, Bytes({33, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
-    EXPECT_EQ(setImage()[0], 0);
-    EXPECT_EQ(setImage()[11], 11);
-    EXPECT_EQ(setImage()[12], 33);
+TEST(Device, RestoringBringsTheDefaultsBackButKeepsTheAddresses) {
+    Dialogue talk;
+    talk.play(
+        "2000 00 | 2003 624*1 | 2002 974*1 | 2999 00 | 1 00 | 103 /41944 | 100 144*1 | "
+        "4000 | 2000 00 | 2003 624*2 | 4002 | 101 -> 0 144*1");
+    EXPECT_TRUE(talk.device.state().set == *sampleConfiguration());
+    EXPECT_TRUE(talk.device.state().applied == *sampleConfiguration());
 }
 
-TEST_F(Device, AnswersHaveTheSizesThatThePanelChecks) {
-    for (const Command& command : commandTable) {
-        if (command.answerSize == 0 || command.answerSize == Command::variable) continue;
-        const Reply reply =
-            panel_.ask(static_cast<std::uint32_t>(command.code), Bytes(command.requestSize));
-        EXPECT_EQ(reply.payload.size(), command.answerSize) << command.name;
-        EXPECT_EQ(reply.status, 0u) << command.name;
-    }
-}
-
-TEST_F(Device, BlocksAreTakenOnlyBetweenBeginAndEnd) {
-    EXPECT_EQ(panel_.statusOf(2008, Bytes(72)), 3u);
-    EXPECT_EQ(panel_.statusOf(2999, {0}), 3u);
-    panel_.ask(2000, {0});
-    EXPECT_EQ(panel_.statusOf(4000), 3u) << "half a configuration is not applied";
-    panel_.ask(2999, {0});
-    EXPECT_EQ(panel_.statusOf(2008, Bytes(72)), 3u);
-    EXPECT_EQ(panel_.statusOf(4000), 0u);
-}
-
-TEST_F(Device, WhatWasSetIsAppliedByActivation) {
-    const std::uint8_t before = device_.state().applied.image.header.bytes[5];
-    setHeader(before + 1);
-    EXPECT_EQ(panel_.ask(3001).payload[6], before + 1) << "the panel sees what it set";
-    EXPECT_EQ(device_.state().applied.image.header.bytes[5], before);
-    panel_.ask(103, pattern(41944, 1));
-    panel_.ask(1, {0});
-    EXPECT_FALSE(device_.state().applied == device_.state().set);
-    EXPECT_EQ(panel_.statusOf(4000), 0u);
-    EXPECT_EQ(device_.state().applied.image.header.bytes[5], before + 1);
-    EXPECT_TRUE(device_.state().applied == device_.state().set);
-}
-
-TEST_F(Device, InputChannelLists) {
-    for (const std::size_t count : {std::size_t{0}, std::size_t{1}, std::size_t{60}}) {
-        Bytes list = pattern(1 + count * 120, 8);
-        list[0] = static_cast<std::uint8_t>(count);
-        EXPECT_EQ(panel_.statusOf(1, list), 0u);
-        EXPECT_EQ(panel_.ask(2).payload, list);
-    }
-    const Bytes kept = panel_.ask(2).payload;
-    Bytes tooMany(1 + 61 * 120);
-    tooMany[0] = 61;
-    EXPECT_EQ(panel_.statusOf(1, tooMany), 4u);
-    EXPECT_EQ(panel_.statusOf(1), 4u);
-    EXPECT_EQ(panel_.statusOf(1, Bytes{1}), 2u);
-    EXPECT_EQ(panel_.statusOf(1, Bytes(122, 1)), 2u);
-    EXPECT_EQ(panel_.ask(2).payload, kept);
-}
-
-TEST_F(Device, RebootIsSilentAndForgetsWhatWasNotApplied) {
-    const Bytes paramsBefore = panel_.ask(101).payload;
-    setHeader(77);
-    panel_.ask(100, pattern(144, 1));
-    EXPECT_EQ(panel_.statusOf(4001), 0u) << "answered before the silence";
-    EXPECT_EQ(panel_.ask(4006).datagrams, 0u);
-    panel_.nowMs = 14'999;
-    EXPECT_EQ(panel_.ask(4006).datagrams, 0u);
-    panel_.nowMs = 15'000;
-    EXPECT_EQ(panel_.ask(4006).payload, Bytes({0, 1})) << "counts from the start again";
-    EXPECT_NE(panel_.ask(3001).payload[6], 77);
-    EXPECT_EQ(panel_.ask(101).payload, paramsBefore);
-}
-
-TEST_F(Device, RebootKeepsWhatWasApplied) {
-    setHeader(77);
-    panel_.ask(4000);
-    panel_.ask(100, pattern(144, 1));
-    panel_.ask(102);
-    panel_.ask(4001);
-    panel_.nowMs = 20'000;
-    EXPECT_EQ(panel_.ask(3001).payload[6], 77);
-    EXPECT_EQ(panel_.ask(101).payload, pattern(144, 1));
-}
-
-TEST_F(Device, RestoreDefaultsBringsTheSampleBackButKeepsTheAddresses) {
-    setHeader(77);
-    panel_.ask(1, {0});
-    panel_.ask(103, Bytes(41944));
-    panel_.ask(100, pattern(144, 1));
-    EXPECT_EQ(panel_.statusOf(4002), 0u);
-    EXPECT_TRUE(device_.state().set == *sampleConfiguration());
-    EXPECT_TRUE(device_.state().applied == *sampleConfiguration());
-    EXPECT_EQ(panel_.ask(101).payload, pattern(144, 1));
-}
-
-TEST_F(Device, SummaryIsTheTimeOfDay) {
-    SimulatedDevice device(*sampleState("127.0.0.1"), *sampleConfiguration(), {},
-                           [] { return WallTime{2024, 12, 31, 2, 23, 59, 58}; });
-    const Bytes expected = {0, 2, 0x07, 0xE8, 0, 12, 0, 31, 0, 2, 0, 23, 0, 59, 0, 58, 0, 0};
-    EXPECT_EQ(PanelSide(device).ask(4008, {2}).payload, expected);
-}
-
-TEST_F(Device, EventsTellWhatHappened) {
-    std::vector<DeviceEvent> events;
-    device_.onEvent([&events](const DeviceEvent& event) { events.push_back(event); });
-    panel_.ask(4006);
-    panel_.ask(2008, Bytes(72));
-    panel_.send(Bytes(5));
-    std::string error;
-    device_.faults().add(*parseFault("silence:1", error));
-    panel_.ask(4000);
-    ASSERT_EQ(events.size(), 4u);
-    EXPECT_EQ(events[0].kind, DeviceEvent::Kind::Poll);
-    EXPECT_EQ(events[0].text, "GetHeartbeat (4006), 0 bytes -> done, 2 bytes");
-    EXPECT_EQ(events[1].kind, DeviceEvent::Kind::Request);
-    EXPECT_EQ(events[1].status, 3u);
-    EXPECT_NE(events[1].text.find("refused, status 3 (no BeginConfigSet before)"),
-              std::string::npos)
-        << events[1].text;
-    EXPECT_EQ(events[2].kind, DeviceEvent::Kind::Stray);
-    EXPECT_FALSE(events[3].answered);
-    EXPECT_EQ(events[3].text, "ActivateConfig (4000), 0 bytes -> nothing [silence]");
+TEST(Device, HeartbeatsCountInTwoBytes) {
+    Dialogue talk;
+    for (int i = 0; i < 299; ++i) talk.panel.ask(4006);
+    talk.play("4006 -> 0 012C");
 }
 
 }  // namespace

@@ -1,120 +1,138 @@
 #include "simulator/state_file.h"
 
 #include <fstream>
-#include <gtest/gtest.h>
 #include <iterator>
 
-#include "simulator/panel_side.h"
-#include "simulator/sample_configuration.h"
+#include "simulator/dialogue.h"
 #include "simulator/state_keeper.h"
 #include "support/scratch_directory.h"
 
 namespace korvane::test {
 namespace {
 
-Bytes readAll(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return Bytes(std::istreambuf_iterator<char>(file), {});
-}
-
-void writeAll(const std::filesystem::path& path, const Bytes& bytes) {
-    std::ofstream(path, std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()),
-               static_cast<std::streamsize>(bytes.size()));
-}
-
 class StateFile : public testing::Test {
   protected:
+    Bytes readAll() const {
+        std::ifstream file(path_, std::ios::binary);
+        return Bytes(std::istreambuf_iterator<char>(file), {});
+    }
+    std::ptrdiff_t files() const {
+        return std::distance(std::filesystem::directory_iterator(scratch_.path()), {});
+    }
+
     ScratchDirectory scratch_;
     std::filesystem::path path_ = scratch_.path() / "device.state";
-    std::unique_ptr<DeviceState> sample_ = sampleState("10.0.0.7");
     std::string error_;
+    Dialogue talk_;
 };
 
-TEST_F(StateFile, RoundTripThroughADisk) {
-    sample_->set.image.network.level = 5;
-    sample_->set.block2002[973] = 0xAB;
-    sample_->paramsSet.controlMac[0] = 'F';
-    ASSERT_TRUE(saveState(path_, *sample_, error_)) << error_;
-    const auto loaded = loadState(path_, error_);
-    ASSERT_TRUE(loaded) << error_;
-    EXPECT_TRUE(*loaded == *sample_);
-    EXPECT_FALSE(loaded->set == loaded->applied);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(scratch_.path()), {}), 1)
-        << "nothing is left beside it";
+// Each block comes back as it was sent, and stands in its place in the image.
+TEST_F(StateFile, EachPartStandsWhereTheLayoutSays) {
+    constexpr std::size_t image = 304, applied = 680015;
+    const struct {
+        std::uint32_t set, get;
+        std::size_t size, place;
+    } parts[] = {
+        {100, 101, 144, 16},
+        {2003, 3003, 624, image + 16},
+        {2004, 3004, 314244, image + 640},
+        {2009, 3009, 314244, image + 314884},
+        {2005, 3005, 168, image + 629128},
+        {2010, 3010, 168, image + 629296},
+        {2006, 3006, 264, image + 629464},
+        {2007, 3007, 92, image + 629728},
+        {2008, 3008, 72, image + 629820},
+        {103, 104, 41944, 630200},
+        {2002, 3002, 974, 672144},
+    };
+    talk_.play("2000 01 | 2001 21000102030405060708090A0B | 1 02 240*8 | 1 01 120*9");
+    for (const auto& part : parts)
+        EXPECT_EQ(talk_.panel.ask(part.set, pattern(part.size, part.set % 251)).frame.status, 0u);
+    const Bytes file = encodeState(talk_.device.state());
+    ASSERT_EQ(file.size(), 1360334u);
+    const auto at = [&file](std::size_t from, std::size_t size) {
+        return Bytes(file.data() + from, file.data() + from + size);
+    };
+    for (const auto& part : parts) {
+        const Bytes expected = pattern(part.size, part.set % 251);
+        EXPECT_EQ(talk_.panel.ask(part.get).payload, expected) << part.get;
+        EXPECT_EQ(at(part.place, part.size), expected) << part.set;
+        EXPECT_NE(at(part.place + (part.set == 100 ? 144 : applied), part.size), expected)
+            << part.set << " is not applied yet";
+    }
+    EXPECT_EQ(at(image, 16), Bytes({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 33, 0, 0, 0}));
+    talk_.play("3001 -> 0 21000102030405060708090A0B");
+    EXPECT_EQ(at(673118, 1), Bytes{1});
+    EXPECT_EQ(at(673119, 120), pattern(120, 9));
+    EXPECT_EQ(at(673239, 7080), Bytes(7080)) << "nothing is left of a longer list";
 }
 
-TEST_F(StateFile, PartsStandWhereTheLayoutSays) {
-    SimulatedDevice device;
-    PanelSide panel(device);
-    panel.ask(2000, {1});
-    panel.ask(2003, pattern(624, 1));
-    panel.ask(2008, pattern(72, 2));
-    panel.ask(2999, {1});
-    panel.ask(100, pattern(144, 3));
-    panel.ask(103, pattern(41944, 4));
-    Bytes channels(1 + 2 * 120, 0x55);
-    channels[0] = 2;
-    panel.ask(1, channels);
-    const Bytes file = encodeState(device.state());
-    const auto part = [&file](std::size_t offset, std::size_t size) {
-        const auto from = file.begin() + static_cast<std::ptrdiff_t>(offset);
-        return Bytes(from, from + static_cast<std::ptrdiff_t>(size));
-    };
-    ASSERT_EQ(file.size(), 1360334u);
-    EXPECT_EQ(part(16, 144), pattern(144, 3));
-    EXPECT_NE(part(160, 144), pattern(144, 3)) << "not applied yet";
-    EXPECT_EQ(part(304 + 16, 624), pattern(624, 1));
-    EXPECT_EQ(part(304 + 629820, 72), pattern(72, 2));
-    EXPECT_EQ(part(630200, 41944), pattern(41944, 4));
-    EXPECT_EQ(part(673118, channels.size()), channels);
-    EXPECT_NE(part(680319 + 16, 624), pattern(624, 1)) << "not applied yet";
+TEST_F(StateFile, RoundTripThroughADisk) {
+    talk_.play("2000 01 | 2001 13*5 | 2002 974*5 | 100 144*5 | 103 41944*1");
+    ASSERT_TRUE(saveState(path_, talk_.device.state(), error_)) << error_;
+    const auto loaded = loadState(path_, error_);
+    ASSERT_TRUE(loaded) << error_;
+    EXPECT_TRUE(*loaded == talk_.device.state());
+    EXPECT_FALSE(loaded->set == loaded->applied);
+    EXPECT_EQ(files(), 1) << "nothing is left beside it";
 }
 
 TEST_F(StateFile, DamageIsFoundAndNothingIsWritten) {
-    const Bytes good = encodeState(*sample_);
+    const auto sample = sampleState("10.0.0.7");
+    const Bytes good = encodeState(*sample);
     std::vector<Bytes> damaged = {Bytes(), Bytes(15), good, good};
-    damaged[2].resize(good.size() - 1);
-    damaged[3].resize(good.size() + 1);
-    for (const std::size_t place :
-         {std::size_t{0}, std::size_t{11}, std::size_t{12}, std::size_t{16}, good.size() - 1}) {
+    damaged[2].pop_back();
+    damaged[3].push_back(0);
+    for (const std::size_t place : {std::size_t{0}, std::size_t{7}, std::size_t{11},
+                                    std::size_t{12}, std::size_t{16}, good.size() - 1}) {
         damaged.push_back(good);
         damaged.back()[place] ^= 0x80;
     }
     for (const Bytes& bytes : damaged) {
-        writeAll(path_, bytes);
+        std::ofstream(path_, std::ios::binary) << std::string(bytes.begin(), bytes.end());
         EXPECT_FALSE(loadState(path_, error_));
         EXPECT_FALSE(error_.empty());
-        EXPECT_EQ(readAll(path_), bytes);
+        EXPECT_EQ(readAll(), bytes);
     }
-    sample_->applied.channels[0] = 61;
-    EXPECT_FALSE(decodeState(encodeState(*sample_), error_)) << "more channels than there are";
+    for (DeviceConfiguration* one : {&sample->set, &sample->applied}) {
+        one->channels[0] = 61;
+        EXPECT_FALSE(decodeState(encodeState(*sample), error_)) << "more channels than there are";
+        one->channels[0] = 60;
+        EXPECT_TRUE(decodeState(encodeState(*sample), error_)) << error_;
+    }
     EXPECT_FALSE(loadState(scratch_.path() / "none", error_));
 }
 
 TEST_F(StateFile, FailedWriteLeavesTheOldFile) {
+    const DeviceState& state = talk_.device.state();
     std::filesystem::create_directories(path_ / "in the way");
-    EXPECT_FALSE(saveState(path_, *sample_, error_));
+    EXPECT_FALSE(saveState(path_, state, error_));
     EXPECT_FALSE(error_.empty());
-    EXPECT_FALSE(saveState(scratch_.path() / "no" / "such" / "place", *sample_, error_));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(scratch_.path()), {}), 1);
+    EXPECT_FALSE(saveState(scratch_.path() / "no" / "such" / "place", state, error_));
+    EXPECT_EQ(files(), 1);
 }
 
-TEST_F(StateFile, KeeperSavesOnceTheDeviceIsLeftAlone) {
-    SimulatedDevice device;
-    PanelSide panel(device);
-    StateKeeper keeper(device, path_);
-    EXPECT_TRUE(keeper.tend(1000, error_));
-    EXPECT_FALSE(std::filesystem::exists(path_)) << "nothing has changed";
-    panel.ask(100, pattern(144, 3));
-    EXPECT_TRUE(keeper.tend(2000, error_));
-    panel.ask(102);
-    EXPECT_TRUE(keeper.tend(2299, error_));
-    EXPECT_FALSE(std::filesystem::exists(path_)) << "the device is still busy";
-    EXPECT_TRUE(keeper.tend(2599, error_));
-    const auto loaded = loadState(path_, error_);
-    ASSERT_TRUE(loaded) << error_;
-    EXPECT_TRUE(*loaded == device.state());
+TEST_F(StateFile, TheKeeperSavesOnceTheDeviceIsLeftAlone) {
+    StateKeeper keeper(talk_.device, path_);
+    const auto savedAt = [&](std::uint64_t ms) {
+        EXPECT_TRUE(keeper.tend(ms, error_)) << error_;
+        return std::filesystem::exists(path_);
+    };
+    EXPECT_FALSE(savedAt(1000)) << "nothing has changed";
+    std::uint64_t now = 10'000;
+    for (const char* change : {"100 144*3", "102", "1 00", "103 41944*1", "2000 00 | 2001 /13",
+                               "2002 974*1", "2003 624*1", "2999 00 | 4000", "4002", "4001"}) {
+        std::filesystem::remove(path_);
+        talk_.play("4006 -> ~0");
+        EXPECT_FALSE(savedAt(now));
+        talk_.play(change);
+        EXPECT_FALSE(savedAt(now + 1000)) << change;
+        EXPECT_FALSE(savedAt(now + 1299)) << "the device is still busy";
+        EXPECT_TRUE(savedAt(now + 1300)) << change;
+        now += 10'000;
+    }
+    EXPECT_EQ(readAll(), encodeState(talk_.device.state()));
+    EXPECT_TRUE(StateKeeper(talk_.device, "").saveNow(error_)) << "keeps nothing";
 }
 
 }  // namespace
