@@ -3,26 +3,25 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "monitor/status_bytes.h"
+#include "monitor/sample_status.h"
 
 namespace korvane {
 namespace {
 
-using test::StatusBytes;
 using testing::Contains;
 using testing::ElementsAre;
 
 // Each line behind as many dots as it is deep.
-std::vector<std::string> outline(const StatusBytes& status) {
+std::vector<std::string> outline(const DeviceStatusImage& status) {
     std::vector<std::string> lines;
-    describeFrames(*status.image(), [&lines](int depth, std::string_view text) {
+    describeFrames(status, [&lines](int depth, std::string_view text) {
         lines.push_back(std::string(static_cast<std::size_t>(depth), '.') + std::string(text));
     });
     return lines;
 }
 
 TEST(FrameStructure, TellsEveryLevelInOrder) {
-    EXPECT_THAT(outline(test::smallMultiplex()),
+    EXPECT_THAT(outline(*test::smallMultiplex()),
                 ElementsAre("系统码率:8000 Kbps", "复用流码率:4379 Kbps",
                             "发送字节数:4000000000 Bytes", "复用帧个数:2",  //
                             "复用帧0", ".复用帧ID:5", ".信道容量:69120 Bytes",
@@ -41,14 +40,16 @@ TEST(FrameStructure, TellsEveryLevelInOrder) {
 }
 
 TEST(FrameStructure, RoundsDownAndKeepsTheWholeRange) {
-    EXPECT_THAT(outline(StatusBytes().put32(0, 0xFFFFFFFF).put32(4, 999).put16(8, 250)),
-                ElementsAre("系统码率:2000 Kbps", "复用流码率:0 Kbps",
-                            "发送字节数:4294967295 Bytes", "复用帧个数:0"));
-    EXPECT_EQ(outline(StatusBytes().put16(8, 0xFFFF))[0], "系统码率:524280 Kbps");
+    const test::StatusImage status = std::make_unique<DeviceStatusImage>();
+    status->bytesSent = 0xFFFFFFFF;
+    status->streamRate = 999;
+    status->systemRate = 0xFFFF;
+    EXPECT_THAT(outline(*status), ElementsAre("系统码率:524280 Kbps", "复用流码率:0 Kbps",
+                                              "发送字节数:4294967295 Bytes", "复用帧个数:0"));
 }
 
 TEST(FrameStructure, CountsThatLieStayInTheirArrays) {
-    const auto lines = outline(StatusBytes().fill(0xFF));
+    const auto lines = outline(*test::lyingStatus());
     EXPECT_EQ(lines.size(), 4u + 40 * (7 + 8 * (6 + 8 * 4)));
     EXPECT_EQ(lines[3], "复用帧个数:255");
     EXPECT_THAT(lines, Contains("复用帧39"));

@@ -6,7 +6,6 @@ namespace korvane::test {
 
 struct ResourceCounts {
     int gdi;
-    int windows;        // of this thread, with all their children
     int handles;        // of the process
     int freeUserIndex;  // in the system's table of user objects, the place a new one would take
 };
@@ -25,22 +24,6 @@ inline int gdiObjects() {
     return count;
 }
 
-inline BOOL CALLBACK countWindow(HWND, LPARAM counter) {
-    ++*reinterpret_cast<int*>(counter);
-    return TRUE;
-}
-
-inline BOOL CALLBACK countTopWindow(HWND window, LPARAM counter) {
-    EnumChildWindows(window, &countWindow, counter);
-    return countWindow(window, counter);
-}
-
-inline int threadWindows() {
-    int count = 0;
-    EnumThreadWindows(GetCurrentThreadId(), &countTopWindow, reinterpret_cast<LPARAM>(&count));
-    return count;
-}
-
 inline int freeUserIndex() {
     const HMENU probe = CreatePopupMenu();
     const int index = LOWORD(reinterpret_cast<ULONG_PTR>(probe));
@@ -49,7 +32,7 @@ inline int freeUserIndex() {
 }
 
 inline ResourceCounts countResources() {
-    return {gdiObjects(), threadWindows(), nox_pub::mswin::test::openHandles(), freeUserIndex()};
+    return {gdiObjects(), nox_pub::mswin::test::openHandles(), freeUserIndex()};
 }
 
 }  // namespace korvane::test

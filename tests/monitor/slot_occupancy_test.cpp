@@ -2,15 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "monitor/status_bytes.h"
+#include "monitor/sample_status.h"
 
 namespace korvane {
 namespace {
 
-using test::StatusBytes;
-
 struct Frame {
-    unsigned slots;
+    std::uint8_t slots;
     std::uint32_t data, capacity;
 };
 
@@ -41,26 +39,24 @@ const Case cases[] = {
 
 TEST(SlotOccupancy, GivesEachFrameAsManyBarsAsItHasSlots) {
     for (const Case& one : cases) {
-        StatusBytes status;
-        status.put8(11, static_cast<unsigned>(one.frames.size()));
-        std::size_t offset = StatusBytes::frame(0);
+        const test::StatusImage status = std::make_unique<DeviceStatusImage>();
         for (const Frame& frame : one.frames) {
-            status.put32(offset, frame.capacity).put32(offset + 4, frame.data);
-            status.put8(offset + 13, frame.slots);
-            offset += 1208;
+            FrameStats& stats = status->frames[status->frameCount++];
+            stats.channelCapacity = frame.capacity;
+            stats.effectiveData = frame.data;
+            stats.timeSlotCount = frame.slots;
         }
         std::vector<std::uint64_t> expected;
         for (const AlikeBars& bars : one.bars)
             expected.insert(expected.end(), bars.count, bars.percent);
         expected.resize(40);
-        const auto bars = slotOccupancy(*status.image());
+        const auto bars = slotOccupancy(*status);
         EXPECT_EQ(std::vector<std::uint64_t>(bars.begin(), bars.end()), expected) << one.what;
     }
 }
 
 TEST(SlotOccupancy, CountsThatLieStayInTheirArrays) {
-    const auto bars = slotOccupancy(*StatusBytes().fill(0xFF).image());
-    for (const std::uint64_t bar : bars) EXPECT_EQ(bar, 100u);
+    for (const std::uint64_t bar : slotOccupancy(*test::lyingStatus())) EXPECT_EQ(bar, 100u);
 }
 
 }  // namespace
