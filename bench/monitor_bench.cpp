@@ -2,12 +2,11 @@
 // same run: a refresh of the fullest tree against the bare loop that inserts the same texts, and a
 // redraw of the chart against one copy of its area.
 
-#include <algorithm>
-#include <cstdio>
-#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "bench/ratio.h"
 #include "monitor/frame_structure.h"
 #include "monitor/frame_structure_page.h"
 #include "monitor/graphic_monitor_page.h"
@@ -20,65 +19,31 @@
 namespace korvane {
 namespace {
 
-constexpr double treeTarget = 1.15, chartTarget = 10;
-constexpr int treeRuns = 15, chartRuns = 200;
-
 // All that fits: 40 frames of 8 sub-frames of 8 segments. The values differ in each refresh.
 class FullSource : public StatusSource {
   public:
+    FullSource() {
+        SubFrameStats subFrame{0, 0, 54321, 0, {}, 8, {}};
+        subFrame.segments.fill({1234567, 7654321, 384, 0});
+        FrameStats frame{100, 0, 0, {}, 1, {}, 8, 0, {}};
+        frame.subFrames.fill(subFrame);
+        full_->frameCount = 40;
+        full_->frames.fill(frame);
+    }
     int getStatusSummary(StatusSummary&) const override { return -1; }
     int getAlarmBits(std::vector<bool>&) const override { return 1; }
     int getDeviceStatusImage(DeviceStatusImage& out) const override {
-        out = {};
-        ++refresh_;
-        out.frameCount = static_cast<std::uint8_t>(out.frames.size());
-        for (FrameStats& frame : out.frames) fill(frame);
+        for (FrameStats& frame : full_->frames) {
+            frame.effectiveData = (frame.effectiveData + 1) % 100;
+            for (SubFrameStats& subFrame : frame.subFrames) ++subFrame.effectiveLength;
+        }
+        out = *full_;
         return 0;
     }
 
   private:
-    void fill(FrameStats& frame) const {
-        frame.channelCapacity = 100;
-        frame.effectiveData = refresh_ % 100;
-        frame.timeSlotCount = 1;
-        frame.subFrameCount = static_cast<std::uint8_t>(frame.subFrames.size());
-        for (SubFrameStats& subFrame : frame.subFrames) {
-            subFrame.effectiveLength = 54321 + refresh_;
-            subFrame.segmentCount = static_cast<std::uint8_t>(subFrame.segments.size());
-            for (SegmentStats& segment : subFrame.segments)
-                segment = {1234567 + refresh_, 7654321 + refresh_, 384, 0};
-        }
-    }
-
-    mutable std::uint32_t refresh_ = 0;
+    std::unique_ptr<DeviceStatusImage> full_ = std::make_unique<DeviceStatusImage>();
 };
-
-double seconds() {
-    LARGE_INTEGER count, frequency;
-    QueryPerformanceCounter(&count);
-    QueryPerformanceFrequency(&frequency);
-    return static_cast<double>(count.QuadPart) / static_cast<double>(frequency.QuadPart);
-}
-
-double timeOf(const std::function<void()>& work) {
-    const double begin = seconds();
-    work();
-    return seconds() - begin;
-}
-
-// Turn by turn, so that both meet the same neighbours on the machine; the fastest of each counts.
-bool report(const char* name, int runs, double target, const std::function<void()>& work,
-            const std::function<void()>& floor) {
-    double workTime = timeOf(work), floorTime = timeOf(floor);
-    for (int i = 0; i < runs; ++i) {
-        workTime = std::min(workTime, timeOf(work));
-        floorTime = std::min(floorTime, timeOf(floor));
-    }
-    const double ratio = workTime / floorTime;
-    std::printf("%s: %.3f ms / %.3f ms = %.2f (target at most %.2f) %s\n", name, workTime * 1000,
-                floorTime * 1000, ratio, target, ratio <= target ? "ok" : "MISSED");
-    return ratio <= target;
-}
 
 struct WideLine {
     int depth;
@@ -123,9 +88,9 @@ bool benchTree(HWND parent, const FullSource& source) {
     page.show(true);
     const HWND tree = GetDlgItem(page.hwnd(), IDC_STRUCTURE_TREE);
     std::vector<WideLine> lines = wideLines(source);
-    return report(
-        "tree refresh / bare loop", treeRuns, treeTarget,
-        [&] { SendMessageW(page.hwnd(), WM_TIMER, 1, 0); }, [&] { bareLoop(tree, lines); });
+    return bench::meets(
+        "tree refresh / bare loop", 1.15, 15, [&] { SendMessageW(page.hwnd(), WM_TIMER, 1, 0); },
+        [&] { bareLoop(tree, lines); });
 }
 
 bool benchChart(HWND parent, const FullSource& source) {
@@ -142,8 +107,8 @@ bool benchChart(HWND parent, const FullSource& source) {
     picture.resize({area.right, area.bottom});
     UpdateWindow(chart);
     const HDC dc = GetDC(chart);
-    const bool met = report(
-        "chart redraw / one copy of its area", chartRuns, chartTarget,
+    const bool met = bench::meets(
+        "chart redraw / one copy of its area", 10, 200,
         [&] {
             SendMessageW(page.hwnd(), WM_TIMER, 1, 0);
             UpdateWindow(chart);

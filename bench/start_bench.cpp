@@ -3,30 +3,12 @@
 
 #include <windows.h>
 
-#include <cstdio>
-
+#include "bench/ratio.h"
 #include "korvane/plugin.h"
 
 namespace {
 
 constexpr double targetSeconds = 0.3;
-
-double seconds() {
-    LARGE_INTEGER count, frequency;
-    QueryPerformanceCounter(&count);
-    QueryPerformanceFrequency(&frequency);
-    return static_cast<double>(count.QuadPart) / static_cast<double>(frequency.QuadPart);
-}
-
-HWND makeHostWindow() {
-    WNDCLASSW windowClass{};
-    windowClass.lpfnWndProc = DefWindowProcW;
-    windowClass.hInstance = GetModuleHandleW(nullptr);
-    windowClass.lpszClassName = L"KorvaneStartBench";
-    RegisterClassW(&windowClass);
-    return CreateWindowW(L"KorvaneStartBench", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1024,
-                         768, nullptr, nullptr, windowClass.hInstance, nullptr);
-}
 
 void paintEverything() {
     MSG message;
@@ -51,16 +33,18 @@ int main() {
     }
     const auto start = find<KorvaneStart>(library, "cmmbStart");
     const auto stop = find<KorvaneStop>(library, "cmmbStop");
-    const HWND host = makeHostWindow();
+    const HWND host = CreateWindowW(L"Static", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1024,
+                                    768, nullptr, nullptr, nullptr, nullptr);
     paintEverything();
     const KorvaneText address{"127.0.0.1"};
 
-    const double begin = seconds();
-    const int result = start(host, &address);
-    const HWND panel = FindWindowExW(host, nullptr, nullptr, nullptr);
-    paintEverything();
-    const double elapsed = seconds() - begin;
-    const bool visible = result == 0 && panel && IsWindowVisible(panel);
+    bool visible = false;
+    const double elapsed = korvane::bench::timeOf([&] {
+        const int result = start(host, &address);
+        const HWND panel = FindWindowExW(host, nullptr, nullptr, nullptr);
+        paintEverything();
+        visible = result == 0 && panel && IsWindowVisible(panel);
+    });
     stop();
 
     const bool met = visible && elapsed < targetSeconds;

@@ -2,17 +2,15 @@
 // pauses between the datagrams of a train and one round trip for each command.
 
 #include <atomic>
-#include <benchmark/benchmark.h>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <thread>
 
+#include "bench/ratio.h"
 #include "device/transfer_sequences.h"
 #include "device/udp_link.h"
-#include "ratio_report.h"
 #include "simulator/simulated_device.h"
 #include "simulator/udp_server.h"
 
@@ -35,24 +33,17 @@ class NullSink : public ProgressSink {
 };
 
 std::uint64_t nowMs() {
-    return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(
-                                          std::chrono::steady_clock::now().time_since_epoch())
-                                          .count());
+    return static_cast<std::uint64_t>(bench::seconds() * 1000);
 }
 
 // A simulated device on the first loopback address that is free, and a client that knows it.
 class Station {
   public:
     Station() {
-        std::string address;
-        for (int last = 40; last < 250 && address.empty(); ++last) {
-            const std::string candidate = "127.0.0." + std::to_string(last);
-            if (server_.open(candidate, wire::devicePort)) address = candidate;
-        }
-        if (address.empty() || client.Start(address) != 0) {
-            std::fputs("no loopback address is free for the simulated device\n", stderr);
-            std::exit(1);
-        }
+        int last = 40;
+        const auto address = [&last] { return "127.0.0." + std::to_string(last); };
+        while (last < 250 && !server_.open(address(), wire::devicePort)) ++last;
+        require(client_.Start(address()));
         thread_ = std::thread([this] {
             while (!stop_) server_.serve(20, &nowMs);
         });
@@ -64,20 +55,26 @@ class Station {
 
     // What no panel could do without: the pauses and a round trip for each command.
     void protocolFloor(int pauses) {
-        for (int i = 0; i < pauses; ++i) link.sleep(wire::chunkPauseMs);
+        for (int i = 0; i < pauses; ++i) link_.sleep(wire::chunkPauseMs);
         std::uint16_t heartbeat = 0;
-        for (int i = 0; i < commandsOfATransfer; ++i) require(client.GetHeartbeat(heartbeat));
+        for (int i = 0; i < commandsOfATransfer; ++i) require(client_.GetHeartbeat(heartbeat));
     }
-    static void require(int result) {
-        if (result != 0) std::exit(1);
-    }
-
-    UdpDeviceLink link{[](const std::string&) { return true; }};
-    DeviceClient client{link};
-    ConfigModel model;
-    NullSink sink;
+    void load() { require(runLoad(client_, model_, progress_)); }
+    void save() { require(runSave(client_, model_, progress_)); }
 
   private:
+    static void require(int result) {
+        if (result == 0) return;
+        std::fprintf(stderr, "failed with %d: is an address free for the simulated device?\n",
+                     result);
+        std::exit(1);
+    }
+
+    UdpDeviceLink link_{[](const std::string&) { return true; }};
+    DeviceClient client_{link_};
+    ConfigModel model_;
+    NullSink sink_;
+    Progress progress_{sink_};
     SimulatedDevice device_;
     UdpServer server_{device_};
     std::atomic<bool> stop_{false};
@@ -86,27 +83,16 @@ class Station {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main() {
+    constexpr double target = 1.05;
+    constexpr int turns = 3;
     const auto station = std::make_unique<Station>();
-    Progress progress(station->sink);
-    const auto measure = [](const char* name, auto work) {
-        benchmark::RegisterBenchmark(name,
-                                     [work](benchmark::State& state) {
-                                         for (auto _ : state) work();
-                                     })
-            ->Iterations(1)
-            ->Repetitions(3)
-            ->Unit(benchmark::kMillisecond)
-            ->UseRealTime();
-    };
-    Station* const at = station.get();
     // The sender of a train pauses after every datagram, its receiver is done with the last one.
-    measure("load_floor", [at] { at->protocolFloor(longMessages * (chunks - 1)); });
-    measure("load",
-            [at, &progress] { Station::require(runLoad(at->client, at->model, progress)); });
-    measure("save_floor", [at] { at->protocolFloor(longMessages * chunks); });
-    measure("save",
-            [at, &progress] { Station::require(runSave(at->client, at->model, progress)); });
-    return bench::runAndReport(argc, argv,
-                               {{"load", "load_floor", 1.05}, {"save", "save_floor", 1.05}});
+    const bool loadMet = bench::meets(
+        "load / protocol", target, turns, [&] { station->load(); },
+        [&] { station->protocolFloor(longMessages * (chunks - 1)); });
+    const bool saveMet = bench::meets(
+        "save / protocol", target, turns, [&] { station->save(); },
+        [&] { station->protocolFloor(longMessages * chunks); });
+    return loadMet && saveMet ? 0 : 1;
 }
