@@ -3,5 +3,9 @@
 # usage: tests/e2e/run.sh [NAME OF A TEST...]
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
-exec python3 "$root/tests/e2e/e2e_test.py" --host "$root/build/windows-x86/KorvaneHost.exe" \
-    --simulator "$root/build/native/korvane-sim" --out "$root/build/e2e" "$@"
+. "$root/scripts/display.sh"
+trap stop_display EXIT
+[ -n "${DISPLAY:-}" ] || start_display
+# Starts Wine's services, so that no test waits for them.
+bash "$root/scripts/with_wine.sh" cmd /c exit </dev/null >/dev/null 2>&1
+python3 "$root/tests/e2e/e2e_test.py" "${@/#/EndToEnd.}"

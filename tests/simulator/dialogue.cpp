@@ -74,7 +74,7 @@ void Dialogue::play(const std::string& script) {
 
 std::string Dialogue::answerTo(const std::string& line) {
     std::string rest = line;
-    if (take(rest, "other ")) return fromAnotherPort(rest);
+    if (take(rest, "from ")) return fromPort(rest);
     if (take(rest, "raw ")) return describe(readReply(panel.send(parseBytes(rest))), 0);
     if (take(rest, "announce "))
         return describe(readReply(panel.send(announcementOf(std::stoul(rest)))), 0);
@@ -86,10 +86,12 @@ std::string Dialogue::answerTo(const std::string& line) {
     return describe(panel.ask(code, parseBytes(line.substr(end))), code);
 }
 
-std::string Dialogue::fromAnotherPort(const std::string& line) {
-    ++panel.endpoint.port;
-    const std::string answer = answerTo(line);
-    --panel.endpoint.port;
+std::string Dialogue::fromPort(const std::string& line) {
+    std::size_t end = 0;
+    const auto usual = panel.endpoint.port;
+    panel.endpoint.port += static_cast<std::uint16_t>(std::stoul(line, &end));
+    const std::string answer = answerTo(line.substr(end + 1));
+    panel.endpoint.port = usual;
     return answer;
 }
 

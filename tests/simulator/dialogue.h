@@ -16,7 +16,7 @@ namespace korvane::test {
 //   4008 02          a request and its payload; without "->" it must be done and answered empty
 //   raw 0FA6 …       these bytes as a datagram
 //   announce 12      the announcement of that many bytes
-//   other …          what follows, from another port
+//   from 2 …         what follows, from the second port
 //   +500             time goes by, in ms
 //   said             asks for what the log has told since the last time
 //   fault loss:1     anything else is a command of the console
@@ -36,7 +36,7 @@ class Dialogue {
 
   private:
     std::string answerTo(const std::string& line);
-    std::string fromAnotherPort(const std::string& line);
+    std::string fromPort(const std::string& line);
     std::string describe(const Reply& reply, std::uint32_t code) const;
     std::string said();
 

@@ -13,9 +13,9 @@ const Scene scenes[] = {
      "2000 01 | 2004 314244*3 | "
      "3004 -> 0 314244*3 in 12 of 30720 over 500"},
     {"TrainsOfTwoSendersDoNotMix",
-     "announce 12 -> nothing | other announce 12 -> nothing | raw 00000FA60000 -> nothing | "
-     "other raw 000012670000 -> nothing | raw 000000000000 -> 0 0001 | "
-     "other raw 000000000000 -> 1"},
+     "announce 12 -> nothing | from 1 announce 12 -> nothing | raw 00000FA60000 -> nothing | "
+     "from 1 raw 000012670000 -> nothing | raw 000000000000 -> 0 0001 | "
+     "from 1 raw 000000000000 -> 1"},
     {"ATrainMayEndLikeAnAnnouncement",
      "announce 20 | raw 000012670000000000000008 -> nothing | raw 1122000000000040 -> 1 | "
      "announce 20 | raw 00001267000000000000 -> nothing | raw 1122000000000040 -> nothing | "
@@ -54,6 +54,13 @@ TEST(Framing, BytesOnTheWire) {
     EXPECT_EQ(train.front().bytes, Bytes({0x11, 0x22, 0, 0, 0, 0x04, 0xCB, 0x90}));
     for (std::size_t i = 1; i < train.size(); ++i) EXPECT_EQ(train[i].sendAtMs, (i - 1) * 50);
     EXPECT_EQ(train.back().bytes.size(), 7056u);
+}
+
+TEST(Framing, AnnouncementsFromManySendersDoNotPileUp) {
+    Dialogue talk;
+    for (int sender = 1; sender <= 17; ++sender)
+        talk.play("+1 | from " + std::to_string(sender) + " announce 400000");
+    talk.play("from 2 4006 -> nothing | from 17 4006 -> nothing | from 1 4006 -> 0 0001");
 }
 
 }  // namespace

@@ -67,19 +67,5 @@ TEST(HostileDatagrams, ImageFullOfOnesIsAppliedAndReported) {
     EXPECT_EQ(status[12 + 54], 8) << "its sub-frames";
 }
 
-TEST(HostileDatagrams, AnnouncementsFromManySendersDoNotPileUp) {
-    SimulatedDevice device;
-    PanelSide panel(device);
-    const auto sends = [&panel](std::uint32_t sender, const Bytes& datagram) {
-        panel.endpoint = {sender, 1};
-        return panel.send(datagram);
-    };
-    for (std::uint32_t sender = 1; sender <= 17; ++sender, ++panel.nowMs)
-        sends(sender, announcementOf(400000));
-    EXPECT_FALSE(sends(1, frameOf(4006, 0)).empty()) << "the oldest gave way";
-    EXPECT_TRUE(sends(2, frameOf(4006, 0)).empty()) << "taken for its train";
-    EXPECT_TRUE(sends(17, frameOf(4006, 0)).empty());
-}
-
 }  // namespace
 }  // namespace korvane::test

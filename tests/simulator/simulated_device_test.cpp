@@ -45,7 +45,7 @@ const Scene scenes[] = {
      "done, 2 bytes | 2008 /72 -> 3 | said -> ~SetImageBlock72 (2008), 72 bytes -> refused, status "
      "3 (no BeginConfigSet before) | 4711 -> 1 | said -> ~command 4711, 0 bytes -> refused | "
      "103 41944*1 | said -> ~41944 bytes -> done, 0 | announce 12 | raw 00000FA60000 | "
-     "other raw 01 -> nothing | said -> ~:40001 1 bytes ignored: too short | raw 000000000000 | "
+     "from 1 raw 01 -> nothing | said -> ~:40001 1 bytes ignored: too short | raw 000000000000 | "
      "said -> ~0 bytes in 3 datagrams -> done | fault silence:1 | 4000 -> nothing | "
      "said -> ~ActivateConfig (4000), 0 bytes -> nothing [silence]"},
     {"TheNormalLogLeavesThePollsOut",
