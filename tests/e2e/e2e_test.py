@@ -42,8 +42,11 @@ TABBED = ["1076-monitoring", "1018-system"]
 class Device:
     """A simulated device at a loopback address that nobody else uses."""
 
-    def __init__(self, folder, faults=()):
-        self.state, self.log = folder / "device.state", folder / "simulator.log"
+    def __init__(self, name, faults=()):
+        self.folder = OUT / name
+        shutil.rmtree(self.folder, ignore_errors=True)
+        self.folder.mkdir(parents=True)
+        self.state, self.log = self.folder / "device.state", self.folder / "simulator.log"
         arguments = ["--state", self.state, *(f"--fault={fault}" for fault in faults)]
         for last in range(40, 90):
             self.address = f"127.0.0.{last}"
@@ -85,6 +88,7 @@ def windows_path(path):
 
 
 class Tour(NamedTuple):
+    folder: Path
     code: int             # with which the host ended
     transcript: str
     was_set: files.Configuration
@@ -92,16 +96,16 @@ class Tour(NamedTuple):
     device_log: str
 
 
-def run_tour(folder, *arguments, faults=()):
-    transcript = folder / "transcript.txt"
-    with Device(folder, faults) as device, open(transcript, "w") as out, \
-            open(folder / "host.log", "w") as errors:
-        command = ["bash", ROOT / "scripts/with_wine.sh", HOST, "--tour", windows_path(folder),
-                   *arguments, device.address]
+def run_tour(name, *arguments, faults=()):
+    with Device(name, faults) as device, open(device.folder / "transcript.txt", "w+",
+                                                    encoding="utf-8") as out, \
+            open(device.folder / "host.log", "w") as errors:
+        command = ["bash", ROOT / "scripts/with_wine.sh", HOST, "--tour",
+                   windows_path(device.folder), *arguments, device.address]
         code = subprocess.run(command, stdin=subprocess.DEVNULL, stdout=out, stderr=errors,
                               timeout=DEADLINE_S, check=False).returncode
-        held = device.stop()
-    return Tour(code, transcript.read_text(encoding="utf-8"), *held, device.log.read_text())
+        out.seek(0)
+        return Tour(device.folder, code, out.read(), *device.stop(), device.log.read_text())
 
 
 def picture_colours(path):
@@ -114,13 +118,6 @@ def picture_colours(path):
             packed += data[at + 8:at + 8 + size]
         at += 12 + size
     return len(set(zlib.decompress(packed)))
-
-
-def new_folder(name):
-    folder = OUT / name
-    shutil.rmtree(folder, ignore_errors=True)
-    folder.mkdir(parents=True)
-    return folder
 
 
 def changed_file(source, target):
@@ -152,20 +149,18 @@ class EndToEnd(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        cls.folder = cls.first_folder = new_folder("first")
-        with Device(cls.folder) as device:
+        with Device("untouched") as device:
             cls.before = device.stop()
-        cls.first = run_tour(cls.folder)
+        cls.first = run_tour("first")
 
     def tour(self, expected, *arguments, faults=()):
-        self.folder = new_folder(self._testMethodName)
-        tour = run_tour(self.folder, *arguments, faults=faults)
+        tour = run_tour(self._testMethodName, *arguments, faults=faults)
         self.assert_ended(tour, expected)
         return tour
 
     def assert_ended(self, tour, expected):
-        self.assertEqual(tour.code, expected,
-                         tour.transcript + (self.folder / "host.log").read_text())
+        errors = (tour.folder / "host.log").read_text()
+        self.assertEqual(tour.code, expected, tour.transcript + errors)
 
     def assert_holds(self, configuration, file):
         expected = files.read_configuration_file(file)
@@ -173,7 +168,7 @@ class EndToEnd(unittest.TestCase):
 
     def test_all_steps_go_well_and_are_pictured(self):
         self.assert_ended(self.first, 0)
-        pictures = {path.stem: path for path in self.first_folder.glob("*.png")}
+        pictures = {path.stem: path for path in self.first.folder.glob("*.png")}
         self.assertEqual([name for name in PICTURES if name not in pictures], [])
         for tabbed in TABBED:
             self.assertTrue(any(name.startswith(tabbed) for name in pictures), tabbed)
@@ -182,12 +177,12 @@ class EndToEnd(unittest.TestCase):
 
     def test_fetch_and_save_leave_the_device_as_it_was(self):
         self.assertEqual(files.differences(self.first.was_set, self.before[0]), [])
-        self.assert_holds(self.first.applied, self.first_folder / "exported.dat")
+        self.assert_holds(self.first.applied, self.first.folder / "exported.dat")
         self.assertIn("ActivateConfig", self.first.device_log)
 
     def test_an_imported_change_reaches_the_device_through_a_bad_network(self):
         change = OUT / "change.dat"
-        changed_file(self.first_folder / "exported.dat", change)
+        changed_file(self.first.folder / "exported.dat", change)
         tour = self.tour(0, "--attempts", "100", "--import", windows_path(change), faults=[
             "loss=1", "duplicate=1:12", "late@GetDeviceParams:1", "late@SetImageBlockC:1",
             "lost-answer@SetImageBlockA:1", "cut=3@GetImageBlockB:1"])

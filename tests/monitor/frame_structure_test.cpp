@@ -1,5 +1,4 @@
-#include "monitor/frame_structure.h"
-
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,35 +7,23 @@
 namespace korvane {
 namespace {
 
+using test::outline;
 using testing::Contains;
 using testing::ElementsAre;
 
-// Each line behind as many dots as it is deep.
-std::vector<std::string> outline(const DeviceStatusImage& status) {
-    std::vector<std::string> lines;
-    describeFrames(status, [&lines](int depth, std::string_view text) {
-        lines.push_back(std::string(static_cast<std::size_t>(depth), '.') + std::string(text));
-    });
-    return lines;
-}
-
 TEST(FrameStructure, TellsEveryLevelInOrder) {
-    EXPECT_THAT(outline(*test::smallMultiplex()),
-                ElementsAre("系统码率:8000 Kbps", "复用流码率:4379 Kbps",
-                            "发送字节数:4000000000 Bytes", "复用帧个数:2",  //
-                            "复用帧0", ".复用帧ID:5", ".信道容量:69120 Bytes",
-                            ".有效数据量:60826 Bytes", ".时隙数:3", ".时隙:[3,7,39]",
-                            ".子帧个数:2",  //
-                            ".子帧0", "..子帧ID:1", "..业务ID:101", "..带宽:450000 bps",
-                            "..有效长度:50784 Bytes", "..段个数:2",  //
-                            "..段0", "...IP包个数:223", "...输入码率:347 Kbps",
-                            "...输入字节数:263140 Bytes",  //
-                            "..段1", "...IP包个数:106", "...输入码率:58 Kbps",
-                            "...输入字节数:39432 Bytes",  //
-                            ".子帧1", "..子帧ID:2", "..业务ID:65535", "..带宽:8000 bps",
-                            "..有效长度:900 Bytes", "..段个数:0",  //
-                            "复用帧1", ".复用帧ID:300", ".信道容量:0 Bytes", ".有效数据量:0 Bytes",
-                            ".时隙数:0", ".时隙:[]", ".子帧个数:0"));
+    EXPECT_THAT(
+        outline(*test::smallMultiplex()),
+        ElementsAre("系统码率:8000 Kbps", "复用流码率:4379 Kbps", "发送字节数:4000000000 Bytes",
+                    "复用帧个数:2", "复用帧0", ".复用帧ID:5", ".信道容量:69120 Bytes",
+                    ".有效数据量:60826 Bytes", ".时隙数:3", ".时隙:[3,7,39]", ".子帧个数:2",
+                    ".子帧0", "..子帧ID:1", "..业务ID:101", "..带宽:450000 bps",
+                    "..有效长度:50784 Bytes", "..段个数:2", "..段0", "...IP包个数:223",
+                    "...输入码率:347 Kbps", "...输入字节数:263140 Bytes", "..段1",
+                    "...IP包个数:106", "...输入码率:58 Kbps", "...输入字节数:39432 Bytes", ".子帧1",
+                    "..子帧ID:2", "..业务ID:65535", "..带宽:8000 bps", "..有效长度:900 Bytes",
+                    "..段个数:0", "复用帧1", ".复用帧ID:300", ".信道容量:0 Bytes",
+                    ".有效数据量:0 Bytes", ".时隙数:0", ".时隙:[]", ".子帧个数:0"));
 }
 
 TEST(FrameStructure, RoundsDownAndKeepsTheWholeRange) {
@@ -54,7 +41,9 @@ TEST(FrameStructure, CountsThatLieStayInTheirArrays) {
     EXPECT_EQ(lines[3], "复用帧个数:255");
     EXPECT_THAT(lines, Contains("复用帧39"));
     EXPECT_THAT(lines, Contains(".时隙数:255").Times(40));
+    EXPECT_EQ(std::ranges::count(lines[9], ','), 39) << "slots";
     EXPECT_THAT(lines, Contains("..段7").Times(40 * 8));
+    EXPECT_EQ(lines[lines.size() - 4], "..段7") << "numbered anew in each sub-frame";
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "host/robot.h"
-#include "monitor/frame_structure.h"
 #include "monitor/sample_status.h"
 #include "monitor/scripted_status.h"
 #include "resources/ids.h"
@@ -61,31 +60,16 @@ class MonitorPanelTest : public testing::Test {
             if (IsWindowVisible(pages()[static_cast<std::size_t>(i)])) shown = shown < 0 ? i : 9;
         return shown;
     }
-    // Each line behind as many dots as it is deep, and '?' behind one that hides its children.
+    // Each line behind as many dots as it is deep; none that a collapsed one hides.
     std::vector<std::string> treeLines() const {
+        const HWND tree = on(IDC_STRUCTURE_TREE);
         std::vector<std::string> lines;
-        int depth = 0;
-        for (const host::TreeRow& row : robot_.treeRows(on(IDC_STRUCTURE_TREE))) {
-            if (row.depth > depth && !isExpanded(row)) lines.back() += '?';
-            depth = row.depth;
-            lines.push_back(std::string(static_cast<std::size_t>(depth), '.') + row.text);
+        LRESULT seen = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_ROOT, 0);
+        for (const host::TreeRow& row : robot_.treeRows(tree)) {
+            if (reinterpret_cast<LRESULT>(row.item) != seen) continue;
+            lines.push_back(std::string(static_cast<std::size_t>(row.depth), '.') + row.text);
+            seen = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_NEXTVISIBLE, seen);
         }
-        return lines;
-    }
-    // Whether what the row belongs to is.
-    bool isExpanded(const host::TreeRow& row) const {
-        const auto state = [this](UINT message, WPARAM which, LRESULT item) {
-            return SendMessageW(on(IDC_STRUCTURE_TREE), message, which, item);
-        };
-        const LRESULT parent =
-            state(TVM_GETNEXTITEM, TVGN_PARENT, reinterpret_cast<LRESULT>(row.item));
-        return state(TVM_GETITEMSTATE, static_cast<WPARAM>(parent), TVIS_EXPANDED) & TVIS_EXPANDED;
-    }
-    std::vector<std::string> expectedLines() const {
-        std::vector<std::string> lines;
-        describeFrames(status_.image, [&lines](int depth, std::string_view text) {
-            lines.push_back(std::string(static_cast<std::size_t>(depth), '.') + std::string(text));
-        });
         return lines;
     }
     Rows serviceRows() const { return robot_.listRows(on(IDC_SERVICES)); }
@@ -151,7 +135,7 @@ TEST_F(MonitorPanelTest, ShowsAStatusInAllViewsAlsoWhenMadeAgain) {
         statusArrives(0x78);
         EXPECT_EQ(timeOfDay(), "TOD: 2009-04-23 08:05:09");
         EXPECT_EQ(lampsShown(), "rrrr g");
-        EXPECT_EQ(treeLines(), expectedLines());
+        EXPECT_EQ(treeLines(), test::outline(status_.image));
         EXPECT_THAT(serviceRows(),
                     ElementsAre(ElementsAre("0", "101", "50784", "347", "223", "58", "106", "", ""),
                                 ElementsAre("1", "65535", "900", "", "", "", "", "", "")));
@@ -202,7 +186,7 @@ TEST_F(MonitorPanelTest, AStatusReplacesTheOneBefore) {
     status_.image.frames[0].subFrameCount = 1;
     status_.image.frames[0].subFrames[0].segmentCount = 0;
     tick();
-    EXPECT_EQ(treeLines(), expectedLines());
+    EXPECT_EQ(treeLines(), test::outline(status_.image));
     EXPECT_EQ(serviceRows(), Rows({{"0", "101", "50784", "", "", "", "", "", ""}}));
     status_.image = {};
     tick();

@@ -2,8 +2,9 @@
 
 #include <cstring>
 #include <memory>
+#include <vector>
 
-#include "device/status_records.h"
+#include "monitor/frame_structure.h"
 
 namespace korvane::test {
 
@@ -23,6 +24,15 @@ inline StatusImage smallMultiplex() {
     subFrames[1] = {2, 65535, 900, 8000, {}, 0, {}};
     status->frames[1].id = 300;
     return status;
+}
+
+// What the tree shows: each line behind as many dots as it is deep.
+inline std::vector<std::string> outline(const DeviceStatusImage& status) {
+    std::vector<std::string> lines;
+    describeFrames(status, [&lines](int depth, std::string_view text) {
+        lines.push_back(std::string(static_cast<std::size_t>(depth), '.') + std::string(text));
+    });
+    return lines;
 }
 
 // All counts, and all else, as large as they can be.

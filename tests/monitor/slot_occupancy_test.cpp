@@ -7,20 +7,10 @@
 namespace korvane {
 namespace {
 
-struct Frame {
-    std::uint8_t slots;
-    std::uint32_t data, capacity;
-};
-
-struct AlikeBars {
-    std::size_t count;
-    std::uint64_t percent;
-};
-
 struct Case {
     const char* what;
-    std::vector<Frame> frames;
-    std::vector<AlikeBars> bars;  // the rest is 0
+    std::vector<std::array<std::uint32_t, 3>> frames;            // slots, data, capacity
+    std::vector<std::pair<std::size_t, std::uint64_t>> percent;  // of so many bars; the rest is 0
 };
 
 const Case cases[] = {
@@ -40,15 +30,15 @@ const Case cases[] = {
 TEST(SlotOccupancy, GivesEachFrameAsManyBarsAsItHasSlots) {
     for (const Case& one : cases) {
         const test::StatusImage status = std::make_unique<DeviceStatusImage>();
-        for (const Frame& frame : one.frames) {
-            FrameStats& stats = status->frames[status->frameCount++];
-            stats.channelCapacity = frame.capacity;
-            stats.effectiveData = frame.data;
-            stats.timeSlotCount = frame.slots;
+        for (const auto& [slots, data, capacity] : one.frames) {
+            FrameStats& frame = status->frames[status->frameCount++];
+            frame.channelCapacity = capacity;
+            frame.effectiveData = data;
+            frame.timeSlotCount = static_cast<std::uint8_t>(slots);
         }
         std::vector<std::uint64_t> expected;
-        for (const AlikeBars& bars : one.bars)
-            expected.insert(expected.end(), bars.count, bars.percent);
+        for (const auto& [count, percent] : one.percent)
+            expected.insert(expected.end(), count, percent);
         expected.resize(40);
         const auto bars = slotOccupancy(*status);
         EXPECT_EQ(std::vector<std::uint64_t>(bars.begin(), bars.end()), expected) << one.what;

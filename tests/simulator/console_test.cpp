@@ -73,7 +73,8 @@ const Scene scenes[] = {
      "alarms 0x78 -> alarms 0x78 | status -> ~alarms 120; 27 input channels; configuration "
      "applied; "
      "no faults | alarms 255 -> alarms 255 | status -> ~alarms 255; | alarms auto -> alarms auto | "
-     "status -> ~alarms 0; | alarms 256 -> alarms needs a byte or auto | alarms x -> ~needs a "
+     "status -> ~alarms 0; | +64000 | status -> ~alarms 40; | alarms 256 -> alarms needs a byte or "
+     "auto | alarms x -> ~needs a "
      "byte"},
     {"SavingQuittingAndNonsense",
      "save  some file \t -> to 'some file' | save -> to '' |   -> | stauts -> unknown command "

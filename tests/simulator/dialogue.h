@@ -29,9 +29,10 @@ class Dialogue {
   public:
     void play(const std::string& script);
 
-    SimulatedDevice device{*sampleState("127.0.0.1"), *sampleConfiguration(), {}, [] {
-                               return WallTime{2024, 12, 31, 2, 23, 59, 58};
-                           }};
+    SimulatedDevice device{
+        *sampleState("127.0.0.1"), *sampleConfiguration(), {.rebootMs = 1500}, [] {
+            return WallTime{2024, 12, 31, 2, 23, 59, 58};
+        }};
     PanelSide panel{device};
 
   private:

@@ -10,7 +10,7 @@ const Scene scenes[] = {
     {"ASaveThatBreaksOffLeavesItsBlocks",
      "2000 00 | 2003 624*1 | 3003 -> 0 624*1 | 2000 00 | 3003 -> 0 624*1 | 2999 00 | 4000"},
     {"DefaultsAndARestartEndASave",
-     "2000 00 | 4002 | 2008 /72 -> 3 | 4000 | 2000 00 | 4001 | +15000 | 2008 /72 -> 3 | 4000"},
+     "2000 00 | 4002 | 2008 /72 -> 3 | 4000 | 2000 00 | 4001 | +1500 | 2008 /72 -> 3 | 4000"},
     {"GettingNeedsNoBegin",
      "3000 00 | 3999 00 | 3999 00 | 2000 00 | 2001 13*9 | 3001 -> 0 0910171E252C333A41484F565D"},
     {"EachPartWaitsForActivation",
@@ -20,15 +20,15 @@ const Scene scenes[] = {
      "| 2999 00 | 4000 | status -> ~configuration applied | 104 -> 0 41944*1"},
     {"ARestartKeepsWhatIsAppliedAndForgetsTheRest",
      "2000 00 | 2003 624*1 | 2999 00 | 4000 | 2000 00 | 2003 624*2 | 2999 00 | 3003 -> 0 624*2 | "
-     "100 144*1 | 102 | 100 144*2 | 101 -> 0 144*2 | 4001 | +15000 | 3003 -> 0 624*1 | "
+     "100 144*1 | 102 | 100 144*2 | 101 -> 0 144*2 | 4001 | +1500 | 3003 -> 0 624*1 | "
      "101 -> 0 144*1"},
-    {"ActivationLeavesTheDeviceParameters", "100 144*1 | 4000 | 4001 | +15000 | 101 -> 0 [144]"},
+    {"ActivationLeavesTheDeviceParameters", "100 144*1 | 4000 | 4001 | +1500 | 101 -> 0 [144]"},
     {"ARestartIsSilentAndCountsAnew",
-     "4006 -> 0 0001 | 4006 -> 0 0002 | +60000 | 4001 | 4006 -> nothing | +14999 | 4006 -> nothing "
+     "4006 -> 0 0001 | 4006 -> 0 0002 | +60000 | 4001 | 4006 -> nothing | +1499 | 4006 -> nothing "
      "| status -> ~restarting; | said -> ~12 bytes ignored: restarting | +1 | "
      "status -> ~kbit/s, 0 bytes sent | 4006 -> 0 0001 | status -> ~running; 9 frames, stream"},
     {"ARestartForgetsTrainsAndUpgrades",
-     "4009 'vxWorks' /256 00000009 0376E6E7 | announce 314256 | reboot -> restarting | +15000 | "
+     "4009 'vxWorks' /256 00000009 0376E6E7 | announce 314256 | reboot -> restarting | +1500 | "
      "4006 -> 0 0001 | 4012 -> 0 00 | 4010 -> 3"},
     {"ChannelLists",
      "1 3C 7200*8 | 2 -> 0 3C 7200*8 | 1 02 240*8 | 2 -> 0 02 240*8 | 1 01 120*9 | "

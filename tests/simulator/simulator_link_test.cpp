@@ -20,10 +20,6 @@ class Link : public testing::Test {
         const int result = link_.receive(buffer_.data(), capacity, received, timeoutMs);
         return result == 0 ? static_cast<int>(received) : result;
     }
-    void inject(const std::string& fault) {
-        std::string error;
-        device_.faults().add(parseFault(fault, error).value());
-    }
 
     SimulatedDevice device_;
     SimulatorLink link_{device_, 1000};
@@ -47,7 +43,8 @@ TEST_F(Link, WaitingMovesTheClockOnlyAsFarAsNeeded) {
 }
 
 TEST_F(Link, DatagramsArriveInTheOrderOfTheirTimes) {
-    inject("late@4006:1");
+    std::string error;
+    device_.faults().add(parseFault("late@4006:1", error).value());
     ask(4006);
     ask(4012);
     EXPECT_EQ(receive(100), 13);

@@ -30,19 +30,13 @@ class StateFile : public testing::Test {
 TEST_F(StateFile, EachPartStandsWhereTheLayoutSays) {
     constexpr std::size_t image = 304, applied = 680015;
     const struct {
-        std::uint32_t set, get;
+        std::uint32_t set;
         std::size_t size, place;
-    } parts[] = {{100, 101, 144, 16},
-                 {103, 104, 41944, 630200},
-                 {2002, 3002, 974, 672144},
-                 {2003, 3003, 624, image + 16},
-                 {2004, 3004, 314244, image + 640},
-                 {2009, 3009, 314244, image + 314884},
-                 {2005, 3005, 168, image + 629128},
-                 {2010, 3010, 168, image + 629296},
-                 {2006, 3006, 264, image + 629464},
-                 {2007, 3007, 92, image + 629728},
-                 {2008, 3008, 72, image + 629820}};
+    } parts[] = {
+        {100, 144, 16},      {103, 41944, 630200},   {2002, 974, 672144}, {2003, 624, 320},
+        {2004, 314244, 944}, {2009, 314244, 315188}, {2005, 168, 629432}, {2010, 168, 629600},
+        {2006, 264, 629768}, {2007, 92, 630032},     {2008, 72, 630124},
+    };
     talk_.play("2000 01 | 2001 21000102030405060708090A0B | 1 02 240*8 | 1 01 120*9");
     for (const auto& part : parts)
         EXPECT_EQ(talk_.panel.ask(part.set, pattern(part.size, part.set % 251)).frame.status, 0u);
@@ -53,7 +47,8 @@ TEST_F(StateFile, EachPartStandsWhereTheLayoutSays) {
     };
     for (const auto& part : parts) {
         const Bytes expected = pattern(part.size, part.set % 251);
-        EXPECT_EQ(talk_.panel.ask(part.get).payload, expected) << part.get;
+        const std::uint32_t get = part.set + (part.set < 2000 ? 1 : 1000);
+        EXPECT_EQ(talk_.panel.ask(get).payload, expected) << get;
         EXPECT_EQ(at(part.place, part.size), expected) << part.set;
         EXPECT_NE(at(part.place + (part.set == 100 ? 144 : applied), part.size), expected)
             << part.set << " is not applied yet";
