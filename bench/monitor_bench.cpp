@@ -2,7 +2,6 @@
 // same run: a refresh of the fullest tree against the bare loop that inserts the same texts, and a
 // redraw of the chart against one copy of its area.
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -10,6 +9,7 @@
 #include "monitor/frame_structure.h"
 #include "monitor/frame_structure_page.h"
 #include "monitor/graphic_monitor_page.h"
+#include "monitor/scripted_status.h"
 #include "resources/ids.h"
 #include "text/text.h"
 #include "ui/bitmap.h"
@@ -19,31 +19,27 @@
 namespace korvane {
 namespace {
 
-// All that fits: 40 frames of 8 sub-frames of 8 segments. The values differ in each refresh.
-class FullSource : public StatusSource {
-  public:
-    FullSource() {
-        SubFrameStats subFrame{0, 0, 54321, 0, {}, 8, {}};
-        subFrame.segments.fill({1234567, 7654321, 384, 0});
-        FrameStats frame{100, 0, 0, {}, 1, {}, 8, 0, {}};
-        frame.subFrames.fill(subFrame);
-        full_->frameCount = 40;
-        full_->frames.fill(frame);
-    }
-    int getStatusSummary(StatusSummary&) const override { return -1; }
-    int getAlarmBits(std::vector<bool>&) const override { return 1; }
-    int getDeviceStatusImage(DeviceStatusImage& out) const override {
-        for (FrameStats& frame : full_->frames) {
-            frame.effectiveData = (frame.effectiveData + 1) % 100;
-            for (SubFrameStats& subFrame : frame.subFrames) ++subFrame.effectiveLength;
-        }
-        out = *full_;
-        return 0;
-    }
+using test::ScriptedStatus;
 
-  private:
-    std::unique_ptr<DeviceStatusImage> full_ = std::make_unique<DeviceStatusImage>();
-};
+// All that fits: 40 frames of 8 sub-frames of 8 segments.
+void fill(ScriptedStatus& source) {
+    SubFrameStats subFrame{0, 0, 54321, 0, {}, 8, {}};
+    subFrame.segments.fill({1234567, 7654321, 384, 0});
+    FrameStats frame{100, 0, 0, {}, 1, {}, 8, 0, {}};
+    frame.subFrames.fill(subFrame);
+    source.image.frameCount = 40;
+    source.image.frames.fill(frame);
+    source.imageResult = 0;
+}
+
+// With other values than before.
+void refresh(const TimedPage& page, ScriptedStatus& source) {
+    for (FrameStats& frame : source.image.frames) {
+        frame.effectiveData = (frame.effectiveData + 1) % 100;
+        for (SubFrameStats& subFrame : frame.subFrames) ++subFrame.effectiveLength;
+    }
+    SendMessageW(page.hwnd(), WM_TIMER, 1, 0);
+}
 
 struct WideLine {
     int depth;
@@ -51,9 +47,7 @@ struct WideLine {
     std::wstring text;
 };
 
-std::vector<WideLine> wideLines(const StatusSource& source) {
-    DeviceStatusImage status;
-    source.getDeviceStatusImage(status);
+std::vector<WideLine> wideLines(const DeviceStatusImage& status) {
     std::vector<WideLine> lines;
     describeFrames(status, [&lines](int depth, std::string_view text) {
         if (!lines.empty()) lines.back().hasChildren = depth > lines.back().depth;
@@ -82,18 +76,18 @@ void bareLoop(HWND tree, std::vector<WideLine>& lines) {
     InvalidateRect(tree, nullptr, TRUE);
 }
 
-bool benchTree(HWND parent, const FullSource& source) {
+bool benchTree(HWND parent, ScriptedStatus& source) {
     FrameStructurePage page(source);
     page.create(parent);
     page.show(true);
     const HWND tree = GetDlgItem(page.hwnd(), IDC_STRUCTURE_TREE);
-    std::vector<WideLine> lines = wideLines(source);
+    std::vector<WideLine> lines = wideLines(source.image);
     return bench::meets(
-        "tree refresh / bare loop", 1.15, 15, [&] { SendMessageW(page.hwnd(), WM_TIMER, 1, 0); },
+        "tree refresh / bare loop", 1.15, 15, [&] { refresh(page, source); },
         [&] { bareLoop(tree, lines); });
 }
 
-bool benchChart(HWND parent, const FullSource& source) {
+bool benchChart(HWND parent, ScriptedStatus& source) {
     GraphicMonitorPage page(source);
     page.create(parent);
     RECT room{};
@@ -110,7 +104,7 @@ bool benchChart(HWND parent, const FullSource& source) {
     const bool met = bench::meets(
         "chart redraw / one copy of its area", 10, 200,
         [&] {
-            SendMessageW(page.hwnd(), WM_TIMER, 1, 0);
+            refresh(page, source);
             UpdateWindow(chart);
         },
         [&] { picture.copyTo(dc); });
@@ -122,7 +116,8 @@ int run() {
     const ActivationScope activation;
     const HWND parent = CreateWindowExW(0, L"Static", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
                                         1024, 768, nullptr, nullptr, nullptr, nullptr);
-    const FullSource source;
+    ScriptedStatus source;
+    fill(source);
     const bool treeMet = benchTree(parent, source);
     const bool chartMet = benchChart(parent, source);
     DestroyWindow(parent);

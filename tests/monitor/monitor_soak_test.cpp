@@ -5,14 +5,45 @@
 
 #include "device/device_manager.h"
 #include "monitor/monitor_panel.h"
-#include "monitor/resource_counts.h"
 #include "resources/ids.h"
+#include "runtime/system_facts.h"
 #include "simulator/simulator_link.h"
 #include "support/scratch_directory.h"
 #include "support/test_host.h"
 
 namespace korvane {
 namespace {
+
+struct ResourceCounts {
+    int gdi;
+    int handles;        // of the process
+    int freeUserIndex;  // in the system's table of user objects, the place a new one would take
+};
+
+// Wine does not count for GetGuiResources: there the process's own table of GDI objects is counted.
+// Its place is that of Windows, the 24 bytes of an entry are Wine's.
+int gdiObjects() {
+    if (const DWORD count = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS))
+        return static_cast<int>(count);
+    constexpr std::size_t tableInBlock = 0x94, entries = 0x4000, entrySize = 24, typeInEntry = 14;
+    const std::uint8_t* block = nullptr;
+    asm("movl %%fs:0x30, %0" : "=r"(block));
+    const auto* table = *reinterpret_cast<const std::uint8_t* const*>(block + tableInBlock);
+    int count = 0;
+    for (std::size_t i = 0; i < entries; ++i) count += table[i * entrySize + typeInEntry] != 0;
+    return count;
+}
+
+int freeUserIndex() {
+    const HMENU probe = CreatePopupMenu();
+    const int index = LOWORD(reinterpret_cast<ULONG_PTR>(probe));
+    DestroyMenu(probe);
+    return index;
+}
+
+ResourceCounts countResources() {
+    return {gdiObjects(), nox_pub::mswin::test::openHandles(), freeUserIndex()};
+}
 
 // A link that can be cut: then nothing comes back any more, and waiting takes its (simulated) time.
 // Its clock goes on in turns that the test gives, so that the poller does not spin.
@@ -55,8 +86,6 @@ class MonitorSoak : public testing::Test {
     }
 
     static constexpr int refreshesPerTab = 40;
-    // The poller sleeps in pieces of 100 ms.
-    static constexpr int turnsPerRefresh = 5;
 
     // Stopping waits on the link's clock, too.
     void stop() {
@@ -66,7 +95,7 @@ class MonitorSoak : public testing::Test {
     void refresh(int times) {
         MSG message;
         for (int i = 0; i < times; ++i) {
-            link_.turns.release(turnsPerRefresh);
+            link_.turns.release(5);  // the poller sleeps in pieces of 100 ms
             for (HWND window : timed_) PostMessageW(window, WM_TIMER, 1, 0);
             while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
             if (i % refreshesPerTab == 0)
@@ -102,9 +131,9 @@ TEST_F(MonitorSoak, ThousandsOfRefreshesUseUpNothing) {
     constexpr int refreshes = 1000;  // of each of the four windows
     refreshUntil("a status", [this] { return treeLines() > 4; });
     refresh(4 * refreshesPerTab);  // what is made when a tab is first shown stays
-    const test::ResourceCounts before = test::countResources();
+    const ResourceCounts before = countResources();
     refresh(refreshes);
-    const test::ResourceCounts after = test::countResources();
+    const ResourceCounts after = countResources();
     EXPECT_EQ(after.gdi, before.gdi);
     // Some locks get a handle of their own when two threads first meet at them.
     EXPECT_LE(after.handles, before.handles + 5);

@@ -11,6 +11,8 @@ void append(Bytes& bytes, const std::string& word) {
         bytes.insert(bytes.end(), word.begin() + 1, word.end() - 1);
     } else if (word[0] == '/') {
         bytes.resize(number(1));
+    } else if (word[0] == '^') {
+        bytes.resize(number(1), 0xFF);
     } else if (const auto star = word.find('*'); star != std::string::npos) {
         const Bytes part = pattern(number(0), static_cast<std::uint8_t>(number(star + 1)));
         bytes.insert(bytes.end(), part.begin(), part.end());
@@ -80,7 +82,8 @@ std::string Dialogue::answerTo(const std::string& line) {
         return describe(readReply(panel.send(announcementOf(std::stoul(rest)))), 0);
     if (take(rest, "+")) return std::to_string(panel.nowMs += std::stoul(rest));
     if (line == "said") return said();
-    if (!std::isdigit(line[0])) return console_.execute(line, panel.nowMs);
+    if (!std::isdigit(line[0])) rest = console_.execute(line, panel.nowMs);
+    if (!std::isdigit(line[0])) return rest + (console_.quitAsked() ? ", it quits" : "");
     std::size_t end = 0;
     const auto code = static_cast<std::uint32_t>(std::stoul(line, &end));
     return describe(panel.ask(code, parseBytes(line.substr(end))), code);
@@ -104,7 +107,7 @@ std::string Dialogue::describe(const Reply& reply, std::uint32_t code) const {
     const auto odd = [&text](const char* what, std::uint64_t value, std::uint64_t usual) {
         if (value != usual) text << what << value;
     };
-    const auto size = reply.message.size();
+    const auto size = CommandFrame::size + reply.payload.size();
     const std::uint64_t first = reply.datagrams[0].sendAtMs, last = reply.datagrams.back().sendAtMs;
     odd(" length ", reply.frame.payloadLength, reply.payload.size());
     odd(" announced ", reply.announced.value_or(size), size);

@@ -21,10 +21,10 @@ namespace korvane::test {
 //   said             asks for what the log has told since the last time
 //   fault loss:1     anything else is a command of the console
 //
-// Bytes are written as hexadecimal digits, 'text', SIZE*SEED for a pattern, /SIZE for zeros up to
-// that size. An answer is "nothing", or its status word, its bytes ("[SIZE]" when they have no such
-// form) and whatever is odd about it: code CODE, length LENGTH, announced TOTAL, @MS of a delay,
-// in DATAGRAMS, of the SIZE, over the MS that a train takes.
+// Bytes are written as hexadecimal digits, 'text', SIZE*SEED for a pattern, /SIZE or ^SIZE for
+// zeros or ones up to that size. An answer is "nothing", or its status word, its bytes ("[SIZE]"
+// when they have no such form) and whatever is odd about it: code CODE, length LENGTH, announced
+// TOTAL, @MS of a delay, in DATAGRAMS, of the SIZE, over the MS that a train takes.
 class Dialogue {
   public:
     void play(const std::string& script);

@@ -50,22 +50,5 @@ TEST(HostileDatagrams, NothingMakesItFail) {
     EXPECT_GT(answered, 1000u) << "most of it should have got through to the commands";
 }
 
-// Counts above the arrays, in every place that has one, once they are applied.
-TEST(HostileDatagrams, ImageFullOfOnesIsAppliedAndReported) {
-    SimulatedDevice device;
-    PanelSide panel(device);
-    for (const std::uint32_t code :
-         {2000, 2001, 2003, 2004, 2005, 2006, 2007, 2008, 2009, 2010, 2999, 103, 4000}) {
-        const Bytes ones(findCommand(code)->requestSize, 0xFF);
-        EXPECT_EQ(panel.ask(code, ones).frame.status, 0u) << code;
-    }
-    panel.nowMs += 1'000'000;
-    const Bytes status = panel.ask(4007).payload;
-    ASSERT_EQ(status.size(), 48332u);
-    EXPECT_EQ(status[11], 40) << "frames";
-    EXPECT_EQ(status[12 + 13], 40) << "time slots of the first";
-    EXPECT_EQ(status[12 + 54], 8) << "its sub-frames";
-}
-
 }  // namespace
 }  // namespace korvane::test

@@ -5,17 +5,18 @@
 namespace korvane::test {
 
 Reply readReply(std::vector<OutgoingDatagram> datagrams) {
-    Reply reply{std::move(datagrams), {}, {}, {}, {}};
+    Bytes message;
+    Reply reply{std::move(datagrams), {}, {}, {}};
     for (const OutgoingDatagram& datagram : reply.datagrams) {
         const Bytes& bytes = datagram.bytes;
         if (!reply.announced && bytes.size() == Announcement::size)
             reply.announced = getBigEndian32(bytes.data() + 4);
         else
-            reply.message.insert(reply.message.end(), bytes.begin(), bytes.end());
+            message.insert(message.end(), bytes.begin(), bytes.end());
     }
-    if (reply.message.size() < CommandFrame::size) return reply;
-    reply.frame = CommandFrame::read(reply.message.data());
-    reply.payload.assign(reply.message.begin() + CommandFrame::size, reply.message.end());
+    if (message.size() < CommandFrame::size) return reply;
+    reply.frame = CommandFrame::read(message.data());
+    reply.payload.assign(message.begin() + CommandFrame::size, message.end());
     return reply;
 }
 

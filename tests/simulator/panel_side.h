@@ -14,7 +14,6 @@ inline constexpr Endpoint panelEndpoint{0x0100007F, 40000};
 struct Reply {
     std::vector<OutgoingDatagram> datagrams;  // announcement included
     std::optional<std::uint32_t> announced;   // the total that an announcement told
-    Bytes message;
     CommandFrame frame{};
     Bytes payload;
 };

@@ -6,7 +6,7 @@
 
 #include "model/capacity.h"
 #include "model/config_checks.h"
-#include "simulator/gbk_texts.h"
+#include "support/bytes.h"
 #include "support/scripted_prompts.h"
 
 namespace korvane::test {
@@ -44,16 +44,16 @@ class Sample : public testing::Test {
 };
 
 TEST_F(Sample, ChannelsCanBeEnteredInTheEditors) {
-    std::array<int, limits::channelTypes> ofType{};
+    std::set<std::uint8_t> types;
     for (const InputChannelRecord& channel : channels_) {
         EXPECT_EQ(checks_.checkInputChannelAddress(channel.address, channel.port, true), 0);
         EXPECT_EQ(checks_.checkDataUnitType(channel.dataUnitType) == 0,
                   channel.type == 4 || channel.type == 5);
         EXPECT_LE(channel.payloadType, 127);
-        ++ofType.at(channel.type);
+        types.insert(channel.type);
         EXPECT_EQ(model_->addChannel(channel, ConfigModel::atEnd), 0);
     }
-    EXPECT_EQ(std::ranges::count(ofType, 0), 0) << "there is one of each type";
+    EXPECT_EQ(types.size(), limits::channelTypes) << "there is one of each";
     EXPECT_TRUE(std::ranges::equal(model_->flatChannels(), channels_));
     EXPECT_EQ(sample_->outputParams.lastChannelId, channels_.size());
 }
@@ -97,29 +97,18 @@ TEST_F(Sample, TablesCanBeEnteredInTheEditors) {
     EXPECT_EQ(checks_.checkPid(sample_->outputParams.pmsPid), 0);
 }
 
-TEST(SampleBytes, OnTheWire) {
+TEST_F(Sample, TravelsInNetworkOrder) {
     const auto state = sampleState("192.168.100.200");
     EXPECT_TRUE(state->set == state->applied);
-    const struct {
-        const void* object;
-        std::size_t offset;
-        Bytes bytes;
-        const char* what;
-    } places[] = {
-        {&state->set.image, 292, {20, 0, 0, 0, 0x03, 0x28, 0xB7, 0x40}, "530 MHz"},
-        {&state->set.image, 640, {2, 20, 1, 7}, "continuous frames"},
-        {&state->set.image, 314884, {4, 20, 1, 2}, "short-time frames"},
-        {&state->set.image, 629836, {0, 0x7A, 0x12, 0}, "8 Mbit/s"},
-        {&state->set.descriptions, 8, {0xD0, 0xC2, 0xCE, 0xC5}, "GBK for news"},
-        {&state->set.channels, 0, {27}, "channels"},
-        {&state->set.channels, 9, {0x13, 0x88}, "port 5000"},
-        {&state->paramsSet, 0, {'1', '9', '2'}, "its own address"},
-        {&state->paramsApplied, 12, {'2', '0', '0', 0}, "its own address"},
-    };
-    for (const auto& [object, offset, bytes, what] : places) {
-        const auto* from = static_cast<const std::uint8_t*>(object) + offset;
-        EXPECT_EQ(Bytes(from, from + bytes.size()), bytes) << what;
-    }
+    EXPECT_TRUE(*decodeConfiguration(state->set) == *sample_);
+    const auto places = {
+        std::tuple{bytesAt(state->set.image, 292, 8), "14 00 00 00 03 28 B7 40", "530 MHz"},
+        {bytesAt(state->set.image, 629836, 4), "00 7A 12 00", "8 Mbit/s"},
+        {bytesAt(state->set.descriptions, 8, 4), "D0 C2 CE C5", "GBK for news"},
+        {bytesAt(state->set.channels, 0, 1), "1B", "channels"},
+        {bytesAt(state->set.channels, 9, 2), "13 88", "port 5000"},
+        {bytesAt(state->paramsApplied, 12, 4), "32 30 30 00", "its own address"}};
+    for (const auto& [bytes, expected, what] : places) EXPECT_EQ(bytes, expected) << what;
 }
 
 }  // namespace
