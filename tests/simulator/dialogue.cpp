@@ -82,8 +82,10 @@ std::string Dialogue::answerTo(const std::string& line) {
         return describe(readReply(panel.send(announcementOf(std::stoul(rest)))), 0);
     if (take(rest, "+")) return std::to_string(panel.nowMs += std::stoul(rest));
     if (line == "said") return said();
-    if (!std::isdigit(line[0])) rest = console_.execute(line, panel.nowMs);
-    if (!std::isdigit(line[0])) return rest + (console_.quitAsked() ? ", it quits" : "");
+    if (!std::isdigit(line[0])) {
+        const std::string told = console_.execute(line, panel.nowMs);
+        return told + (console_.quitAsked() ? ", it quits" : "");
+    }
     std::size_t end = 0;
     const auto code = static_cast<std::uint32_t>(std::stoul(line, &end));
     return describe(panel.ask(code, parseBytes(line.substr(end))), code);
