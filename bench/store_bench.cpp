@@ -12,7 +12,7 @@ using namespace korvane;
 
 int main() {
     const auto model = std::make_unique<ConfigModel>();
-    decodeImage(*test::randomImage(1, true), model->tables());
+    test::loadImage(*model, *test::randomImage(1, true));
     const auto copy = std::make_unique<ConfigTables>();
     const auto copyTables = [&] { *copy = model->tables(); };
     // The continuous table renumbers and rebuilds after each change; at its front every frame

@@ -7,6 +7,7 @@
 #include "model/capacity.h"
 #include "model/config_checks.h"
 #include "support/bytes.h"
+#include "support/configurations.h"
 #include "support/scripted_prompts.h"
 
 namespace korvane::test {
@@ -60,13 +61,16 @@ TEST_F(Sample, ChannelsCanBeEnteredInTheEditors) {
 
 // An operator who enters all of it gets the sample, with what the model renumbers and rebuilds.
 TEST_F(Sample, TablesCanBeEnteredInTheEditors) {
-    ConfigTables& tables = model_->tables();
-    tables = *sample_;
-    tables.network.otherFrequencies = {};
-    tables.network.neighbours = {};
-    tables.continuous.frames = tables.shortTime.frames = {};
-    tables.continuousServices.entries = {};
-    tables.caDescriptions.entries = {};
+    test::editTables(*model_, [this](ConfigTables& tables) {
+        tables = *sample_;
+        tables.network.otherFrequencies.clear();
+        tables.network.neighbours.clear();
+        tables.continuous.frames.clear();
+        tables.shortTime.frames.clear();
+        tables.continuousServices.entries.clear();
+        tables.caDescriptions.entries.clear();
+    });
+    const ConfigTables& tables = model_->tables();
     for (const FrequencyPoint& point : sample_->network.otherFrequencies) {
         EXPECT_EQ(checks_.checkFrequencyPoint(point), 0);
         model_->addFrequencyPoint(point);
