@@ -2,9 +2,10 @@
 
 #include <cstring>
 #include <fstream>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "panel/panel_pages.h"
+#include "panel/table_pages.h"
 #include "support/configurations.h"
 #include "support/recording_sink.h"
 #include "support/scratch_directory.h"
@@ -14,173 +15,147 @@
 namespace korvane {
 namespace {
 
-using test::frameOf;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 using Log = std::vector<std::string>;
 
-constexpr const char* filter = "korvane Files (*.dat)|*.dat|All Files (*.*)|*.*||";
+// Notes what is asked of it, by its number.
+class RecordingPage : public PageContent {
+  public:
+    RecordingPage(int number, Log& log) : name_(std::to_string(number)), log_(log) {}
+    void refresh() override { log_.push_back("refresh " + name_); }
+    void commit() override { log_.push_back("commit " + name_); }
+    int check() override {
+        log_.push_back("check " + name_);
+        return checkResult;
+    }
+    int checkResult = 0;
 
-class PanelCommandsTest : public testing::Test, protected Pages, protected TransferRunner {
+  private:
+    std::string name_;
+    Log& log_;
+};
+
+class PanelCommandsTest : public testing::Test, protected TransferRunner {
   protected:
+    using Command = void (PanelCommands::*)();
+    static constexpr Command save = &PanelCommands::save, load = &PanelCommands::load,
+                             reboot = &PanelCommands::reboot,
+                             restore = &PanelCommands::restoreDefaults,
+                             exportFile = &PanelCommands::exportFile,
+                             importFile = &PanelCommands::importFile;
+
     void SetUp() override {
         // Without the poller: only the commands' own exchanges are of interest.
         ASSERT_EQ(manager_.client().Start("10.1.2.3"), 0);
         manager_.model().setDeviceKey("10.1.2.3");
-        manager_.model().setFlatChannels({});
     }
 
-    void refresh() override { prompts_.log.push_back("refresh"); }
-    void commit() override { prompts_.log.push_back("commit"); }
-    int check() override {
-        prompts_.log.push_back("check");
-        return checkResult_;
-    }
     int run(const Start& start) override {
-        prompts_.log.push_back("transfer");
-        if (transferResult_) return *transferResult_;
+        log_.push_back("transfer");
+        if (answer_) return *answer_;
         const auto sink = std::make_shared<test::RecordingSink>();
         return start(sink) == 0 ? sink->outcome() : -1;
     }
 
-    Log takeLog() { return std::exchange(prompts_.log, {}); }
-    // The next question gets Yes.
-    void willAgree() { prompts_.answers = {true}; }
-    Log saveLog() {
-        willAgree();
-        commands_.save();
+    // What the operator sees, what is asked of the pages, what is sent and whether the cache file
+    // is written, when the next questions get `agrees` and a chooser gets `file`.
+    std::string press(Command command, bool agrees = true, const char* file = nullptr) {
+        prompts_.answers = {agrees};
+        if (file) prompts_.files = {directory_.path() / file};
+        (commands_.*command)();
+        for (const auto& sent : link_.sent)
+            log_.push_back("sent " + std::to_string(CommandFrame::read(sent.bytes.data()).code));
+        if (remove(directory_.path() / "10.1.2.3.dat")) log_.push_back("cached");
         return takeLog();
     }
-    bool cacheFileExists() const { return exists(directory_.path() / "10.1.2.3.dat"); }
+    std::string takeLog() {
+        std::string text;
+        for (const std::string& line : std::exchange(log_, {})) text += line + '\n';
+        return text;
+    }
 
     test::ScratchDirectory directory_;
     test::ScriptedLink link_;
     test::ScriptedPrompts prompts_;
+    Log& log_ = prompts_.log;
+    RecordingPage page_[4] = {{0, log_}, {1, log_}, {2, log_}, {3, log_}};
+    PanelPages pages_{{&page_[0], &page_[1], &page_[2], &page_[3]}};
     DeviceManager manager_{link_, directory_.path()};
-    PanelCommands commands_{manager_, prompts_, *this, *this};
-    std::optional<int> transferResult_ = 0;  // nothing: a real transfer
-    int checkResult_ = 0;
+    PanelCommands commands_{manager_, prompts_, pages_, *this};
+    // Of the device, or of the transfer; nothing: a real one, to a device that is not there.
+    std::optional<int> answer_ = 0;
 };
 
-TEST_F(PanelCommandsTest, SaveAsksThenCommitsThenChecksThenTransfers) {
-    EXPECT_THAT(saveLog(),
-                ElementsAre("ask 确认要将配置保存到设备?", "commit", "check", "transfer"));
-    link_.now += 10000;
-    commands_.save();
-    EXPECT_THAT(takeLog(), ElementsAre("ask 确认要将配置保存到设备?")) << "declined";
-    checkResult_ = -4;
-    EXPECT_THAT(saveLog(), ElementsAre("ask 确认要将配置保存到设备?", "commit", "check"))
-        << "the page has said why";
-}
+const std::string filter = "korvane Files (*.dat)|*.dat|All Files (*.*)|*.*||\n";
+const std::string exporting = "save ipr " + filter, opening = "open dat " + filter;
+const std::string importing = opening + "ask/No 导入业务配置的同时，导入网络配置吗\n";
+const std::string saving = "ask 确认要将配置保存到设备?\ncommit 1\ncheck 3\ntransfer\n";
+const std::string loading = "ask 确认要重新从设备获取配置吗?\ntransfer\n";
+const std::string refreshed = "refresh 0\nrefresh 1\nrefresh 3\n";
+const std::string failed = "say 与设备通信错误，请重试\n";
+const std::string unreachable = "say 连接设备失败,请检查网络连接\n";
+const std::string restoring = "ask 确认要使设备恢复默认值吗?\n";
+const std::string restored = "say 设备已接收到命令，正在生效，请稍候刷新!\nsent 4002\n";
+const std::string rebooting = "ask 确认要重启设备吗?\n";
+const std::string rebooted = "say 设备已接收到命令，正在重启中，请稍候!\nsent 4001\n";
+const std::string refused = "say 与设备通信出错\n";
+const std::string absent = "say 连接设备失败，请检查网络连接\n";  // with the full-width comma
+const std::string tooSoonToSet = "say 两次设置时间不能小于10秒\n";
+const std::string tooSoonToLoad = "say 距离上次设置时间不能小于10秒\n";
 
-TEST_F(PanelCommandsTest, OnlyASuccessfulSaveStartsTheInterval) {
-    transferResult_ = -2;
-    saveLog();
-    transferResult_ = 0;
-    EXPECT_EQ(saveLog().back(), "transfer") << "the failed one counts for nothing";
-    link_.now += 9999;
-    EXPECT_THAT(saveLog(), ElementsAre("say 两次设置时间不能小于10秒"));
-    commands_.restoreDefaults();
-    EXPECT_THAT(takeLog(), ElementsAre("say 两次设置时间不能小于10秒"));
-    commands_.load();
-    EXPECT_THAT(takeLog(), ElementsAre("say 距离上次设置时间不能小于10秒"));
-    link_.now += 1;
-    EXPECT_EQ(saveLog().back(), "transfer");
-}
-
-TEST_F(PanelCommandsTest, LoadDoesNotStartTheInterval) {
-    willAgree();
-    commands_.load();
-    EXPECT_THAT(takeLog(), ElementsAre("ask 确认要重新从设备获取配置吗?", "transfer", "refresh"));
-    EXPECT_TRUE(cacheFileExists());
-    EXPECT_EQ(saveLog().back(), "transfer");
-}
-
-TEST_F(PanelCommandsTest, AFailedLoadShowsNothingNewAndKeepsTheCache) {
-    transferResult_ = 7;
-    willAgree();
-    commands_.load();
-    EXPECT_THAT(takeLog(), ElementsAre("ask 确认要重新从设备获取配置吗?", "transfer",
-                                       "say 与设备通信错误，请重试"));
-    EXPECT_FALSE(cacheFileExists());
-    commands_.load();
-    EXPECT_THAT(takeLog(), ElementsAre("ask 确认要重新从设备获取配置吗?")) << "declined";
-}
-
-// Ticks start at 0 with the system and wrap; the sum that they are compared with wraps as well.
-TEST_F(PanelCommandsTest, TheIntervalIsReckonedInWrappingTicks) {
-    link_.now = 9999;
-    EXPECT_THAT(saveLog(), ElementsAre("say 两次设置时间不能小于10秒")) << "compared with 0";
-    link_.now = 0xFFFFFFFFu;
-    EXPECT_EQ(saveLog().back(), "transfer");
-    EXPECT_THAT(saveLog(), ElementsAre("say 两次设置时间不能小于10秒"));
-    link_.now = 9998;  // the clock has wrapped: 9,999 ms later
-    EXPECT_THAT(saveLog(), ElementsAre("say 两次设置时间不能小于10秒"));
-    link_.now = 9999;
-    EXPECT_EQ(saveLog().back(), "transfer");
-}
-
-TEST_F(PanelCommandsTest, TransferFailuresHaveTwoWordings) {
-    const std::pair<int, const char*> cases[] = {
-        {-8, "say 连接设备失败,请检查网络连接"},
-        {-1, "say 与设备通信错误，请重试"},
-        {1, "say 与设备通信错误，请重试"},
-        {0x7FFFFFFF, "say 与设备通信错误，请重试"},
+// Only a save that succeeded and accepted defaults start the interval; a reboot never waits for it.
+// Ticks start at 0 with the system and wrap; the first setting is reckoned from there.
+TEST_F(PanelCommandsTest, TenSecondsPassBetweenASettingAndTheNextOrALoad) {
+    constexpr std::uint32_t last = 0xFFFFFFFF;
+    const struct {
+        std::uint32_t now;
+        Command command;
+        std::optional<int> answer;
+        std::string log;
+    } steps[] = {
+        {9999, save, 0, tooSoonToSet},
+        {10000, save, {}, saving + unreachable + "sent 1\ncached\n"},
+        {10000, save, -8, saving + unreachable},
+        {10000, save, -1, saving + failed},
+        {10000, save, 0x7FFFFFFF, saving + failed},
+        {10000, load, {}, loading + unreachable + "sent 2\n"},
+        {10000, load, 7, loading + failed},
+        {10000, load, 0, loading + refreshed + "cached\n"},
+        {10000, restore, {}, restoring + absent + "sent 4002\n"},
+        {10000, restore, 3, restoring + refused + "sent 4002\n"},
+        {10000, save, 0, saving},
+        {19999, save, 0, tooSoonToSet},
+        {19999, restore, 0, tooSoonToSet},
+        {19999, load, 0, tooSoonToLoad},
+        {19999, reboot, 0, rebooting + rebooted},
+        {19999, reboot, 5, rebooting + refused + "sent 4001\n"},
+        {19999, reboot, {}, rebooting + absent + "sent 4001\n"},
+        {20000, restore, 0, restoring + restored},
+        {29999, save, 0, tooSoonToSet},
+        {30000, load, 0, loading + refreshed + "cached\n"},
+        {last, save, 0, saving},
+        {last, save, 0, tooSoonToSet},
+        {9998, save, 0, tooSoonToSet},
+        {9999, save, 0, saving},
     };
-    for (const auto& [result, text] : cases) {
-        transferResult_ = result;
-        EXPECT_EQ(saveLog().back(), text) << result;
+    for (const auto& [now, command, answer, log] : steps) {
+        link_ = test::ScriptedLink();
+        link_.now = now;
+        link_.reachable = answer.has_value();
+        if (answer)
+            link_.answers(test::frameOf(command == reboot ? 4001 : 4002,
+                                        static_cast<std::uint32_t>(*answer)));
+        answer_ = answer;
+        EXPECT_EQ(press(command, false), log.substr(0, log.find('\n') + 1)) << "declined";
+        EXPECT_EQ(press(command), log) << now;
     }
 }
 
-// The device hears which of the two it is: the first command of each sequence.
-TEST_F(PanelCommandsTest, SaveSendsAndLoadFetches) {
-    transferResult_.reset();
-    link_.reachable = false;
-    EXPECT_EQ(saveLog().back(), "say 连接设备失败,请检查网络连接");
-    willAgree();
-    commands_.load();
-    EXPECT_EQ(takeLog().back(), "say 连接设备失败,请检查网络连接");
-    manager_.Stop();
-    ASSERT_EQ(link_.sent.size(), 2u);
-    EXPECT_EQ(CommandFrame::read(link_.sent[0].bytes.data()).code, 1u);
-    EXPECT_EQ(CommandFrame::read(link_.sent[1].bytes.data()).code, 2u);
-}
-
-TEST_F(PanelCommandsTest, RebootIsNeverRefusedByTheInterval) {
-    saveLog();
-    for (const auto& [status, text] : {std::pair{0u, "say 设备已接收到命令，正在重启中，请稍候!"},
-                                       std::pair{5u, "say 与设备通信出错"}}) {
-        link_.answers(frameOf(4001, status));
-        willAgree();
-        commands_.reboot();
-        EXPECT_THAT(takeLog(), ElementsAre("ask 确认要重启设备吗?", text));
-    }
-    link_.reachable = false;
-    willAgree();
-    commands_.reboot();
-    EXPECT_EQ(takeLog().back(), "say 连接设备失败，请检查网络连接") << "with the full-width comma";
-}
-
-TEST_F(PanelCommandsTest, ADeclinedCommandSendsNothing) {
-    commands_.reboot();
-    commands_.restoreDefaults();
-    EXPECT_THAT(link_.sent, IsEmpty());
-    EXPECT_THAT(takeLog(), ElementsAre("ask 确认要重启设备吗?", "ask 确认要使设备恢复默认值吗?"));
-}
-
-TEST_F(PanelCommandsTest, OnlyAcceptedDefaultsStartTheInterval) {
-    link_.answers(frameOf(4002, 3));
-    willAgree();
-    commands_.restoreDefaults();
-    EXPECT_EQ(takeLog().back(), "say 与设备通信出错");
-    link_.answers(frameOf(4002, 0));
-    willAgree();
-    commands_.restoreDefaults();
-    EXPECT_EQ(takeLog().back(), "say 设备已接收到命令，正在生效，请稍候刷新!");
-    EXPECT_EQ(CommandFrame::read(link_.sent.back().bytes.data()).code, 4002u);
-    EXPECT_THAT(saveLog(), ElementsAre("say 两次设置时间不能小于10秒"));
+// The page has said why.
+TEST_F(PanelCommandsTest, NothingIsSavedWhileAFieldIsWrong) {
+    page_[3].checkResult = -4;
+    EXPECT_EQ(press(save) + "transfer\n", saving);
+    page_[3].checkResult = 0;
+    EXPECT_EQ(press(save), saving) << "no interval has begun";
 }
 
 FlatChannelList oneChannel(std::uint16_t port) {
@@ -190,70 +165,65 @@ FlatChannelList oneChannel(std::uint16_t port) {
 }
 
 TEST_F(PanelCommandsTest, ExportThenImportBringsBackWhatWasThere) {
-    const auto file = directory_.path() / "site.ipr";
-    manager_.model().setFlatChannels(oneChannel(5000));
+    ConfigModel& model = manager_.model();
+    model.setFlatChannels(oneChannel(5000));
     DeviceParamBlock params{};
     std::strcpy(params.controlMac.data(), "001122334455");
-    manager_.model().setDeviceParams(params);
-    prompts_.files = {file};
-    commands_.exportFile();
-    EXPECT_THAT(takeLog(), ElementsAre(std::string("save ipr ") + filter, "say 导出配置成功"));
-
+    model.setDeviceParams(params);
+    EXPECT_EQ(press(exportFile, true, "site.ipr"), exporting + "say 导出配置成功\n");
     for (const bool withNetwork : {false, true}) {
-        manager_.model().resetModel();
-        prompts_.files = {file};
-        prompts_.answers = {withNetwork};
-        commands_.importFile();
-        EXPECT_THAT(takeLog(), ElementsAre(std::string("open dat ") + filter,
-                                           "ask/No 导入业务配置的同时，导入网络配置吗", "refresh",
-                                           "say 导入配置成功"));
-        EXPECT_EQ(manager_.model().flatChannels(), oneChannel(5000));
-        EXPECT_STREQ(manager_.model().deviceParams().controlMac.data(),
-                     withNetwork ? "001122334455" : "");
+        model.resetModel();
+        EXPECT_EQ(press(importFile, withNetwork, "site.ipr"),
+                  importing + refreshed + "say 导入配置成功\n");
+        EXPECT_EQ(model.flatChannels(), oneChannel(5000));
+        EXPECT_STREQ(model.deviceParams().controlMac.data(), withNetwork ? "001122334455" : "");
     }
-}
-
-TEST_F(PanelCommandsTest, ACancelledChooserDoesNothing) {
-    commands_.exportFile();
-    commands_.importFile();
-    EXPECT_THAT(takeLog(),
-                ElementsAre(std::string("save ipr ") + filter, std::string("open dat ") + filter));
-}
-
-TEST_F(PanelCommandsTest, AnExportThatCannotBeWrittenSaysSo) {
-    prompts_.files = {directory_.path() / "missing" / "site.ipr"};
-    commands_.exportFile();
-    EXPECT_EQ(takeLog().back(), "say 导出配置出错");
 }
 
 // A file of an unknown version is noticed only after its channels have been taken.
-TEST_F(PanelCommandsTest, AFailedImportChangesNothing) {
+TEST_F(PanelCommandsTest, WhatFailsOrIsCancelledChangesNothing) {
+    ConfigModel& model = manager_.model();
     const auto file = directory_.path() / "future.dat";
-    manager_.model().setFlatChannels(oneChannel(6000));
-    ASSERT_EQ(manager_.model().saveConfigFile(file), 0);
+    model.setFlatChannels(oneChannel(6000));
+    ASSERT_EQ(model.saveConfigFile(file), 0);
     std::fstream(file, std::ios::in | std::ios::out | std::ios::binary).write("\x0D\x10", 2);
-
-    manager_.model().setFlatChannels(oneChannel(5000));
-    for (const auto& path : {file, directory_.path() / "none.dat"}) {
-        prompts_.files = {path};
-        prompts_.answers = {true};
-        commands_.importFile();
-        EXPECT_THAT(takeLog(),
-                    ElementsAre(std::string("open dat ") + filter,
-                                "ask/No 导入业务配置的同时，导入网络配置吗", "say 导入配置出错"));
-        EXPECT_EQ(manager_.model().flatChannels(), oneChannel(5000));
+    model.setFlatChannels(oneChannel(5000));
+    EXPECT_EQ(press(exportFile), exporting);
+    EXPECT_EQ(press(importFile), opening);
+    EXPECT_EQ(press(exportFile, true, "missing/site.ipr"), exporting + "say 导出配置出错\n");
+    for (const char* path : {"future.dat", "none.dat"}) {
+        EXPECT_EQ(press(importFile, true, path), importing + "say 导入配置出错\n");
+        EXPECT_EQ(model.flatChannels(), oneChannel(5000)) << path;
     }
 }
 
+TEST_F(PanelCommandsTest, TheTableThatIsLeftCommitsBeforeTheNextIsFilled) {
+    TablePages tables({&page_[0], &page_[1], &page_[2]});
+    EXPECT_EQ(tables.selected(), 0u);
+    for (const std::size_t next : {2u, 1u}) EXPECT_TRUE(tables.select(next));
+    for (const std::size_t none : {std::size_t{1}, std::size_t{3}, SIZE_MAX})
+        EXPECT_FALSE(tables.select(none));
+    EXPECT_EQ(tables.selected(), 1u);
+    tables.refresh();
+    tables.commit();
+    EXPECT_EQ(takeLog(), "commit 0\nrefresh 2\ncommit 2\nrefresh 1\nrefresh 1\ncommit 1\n");
+}
+
 TEST(DeviceVersionText, ShowsPrintableTextOnly) {
-    ParamBlock264 params{};
-    EXPECT_EQ(deviceVersionText(params), "设备版本: 软件,硬件");
-    std::memcpy(params.softwareVersion.data(), "V2.1\0\x01", 6);
-    std::memcpy(params.hardwareVersion.data(), "0123456789ABCDEF", 16);
-    EXPECT_EQ(deviceVersionText(params), "设备版本: 软件V2.1,硬件0123456789ABCDEF");
-    std::memcpy(params.softwareVersion.data(), "V2\x80", 4);
-    std::memcpy(params.hardwareVersion.data(), "\x1FV1", 4);
-    EXPECT_EQ(deviceVersionText(params), "设备版本: 软件,硬件");
+    const struct {
+        char software[17], hardware[17];
+        const char* text;
+    } cases[] = {
+        {"", "", "设备版本: 软件,硬件"},
+        {"V2.1\0\x01", "0123456789ABCDEF", "设备版本: 软件V2.1,硬件0123456789ABCDEF"},
+        {"V2\x80", "\x1FV1", "设备版本: 软件,硬件"},
+    };
+    for (const auto& [software, hardware, text] : cases) {
+        ParamBlock264 params{};
+        std::memcpy(params.softwareVersion.data(), software, 16);
+        std::memcpy(params.hardwareVersion.data(), hardware, 16);
+        EXPECT_EQ(deviceVersionText(params), text);
+    }
 }
 
 }  // namespace
