@@ -181,6 +181,7 @@ TEST_F(MainPanelTest, CanBeTakenDownWhileItShowsSomething) {
     };
     drive([&](Robot& r) {
         for (const auto& [id, caption] : cases) {
+            EXPECT_TRUE(link_.sent.empty()) << "no command has gone on";
             const HWND old = panel_.hwnd();
             r.click(old, id);
             if (id == IDC_LOAD_FROM_DEVICE)
@@ -201,7 +202,6 @@ TEST_F(MainPanelTest, CanBeTakenDownWhileItShowsSomething) {
             EXPECT_THAT(r.topWindows(), ElementsAre(host_.window())) << "no message follows";
         }
     });
-    EXPECT_TRUE(link_.sent.empty());
 }
 
 TEST_F(MainPanelTest, OutlivesAHostThatTakesItsWindowAwayEvenWhileItAsks) {
