@@ -2,7 +2,6 @@
 
 #include <bit>
 #include <filesystem>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "host/robot.h"
@@ -14,43 +13,30 @@ namespace {
 using host::Robot;
 using host::RobotThread;
 
-std::filesystem::path testDirectory() {
-    std::wstring path(32768, L'\0');
-    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-    return std::filesystem::path(path).parent_path();
-}
-
 // The library stands at the top of the build folder, the tests two folders below it.
 std::filesystem::path libraryPath() {
-    return testDirectory() / ".." / ".." / "Korvane.dll";
+    std::wstring path(32768, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    return std::filesystem::path(path).parent_path() / ".." / ".." / "Korvane.dll";
 }
 
-// A host may be built with the same compiler, and its runtime shared.
-class SharedRuntime : public testing::Environment {
-  public:
-    void SetUp() override {
-        runtime_ = LoadLibraryW((testDirectory() / "libgcc_s_dw2-1.dll").c_str());
-        ASSERT_TRUE(runtime_) << GetLastError();
-    }
-    void TearDown() override { FreeLibrary(runtime_); }
-
-  private:
-    HMODULE runtime_ = nullptr;
-};
-const auto* const sharedRuntime = testing::AddGlobalTestEnvironment(new SharedRuntime);
+// A host may be built with the same compiler, and its runtime shared: here the one beside the
+// tests, before the library.
+const HMODULE sharedRuntime = LoadLibraryW(L"libgcc_s_dw2-1.dll");
 
 class PluginTest : public testing::Test {
   protected:
     void SetUp() override {
         library_ = LoadLibraryW(libraryPath().c_str());
-        ASSERT_TRUE(library_) << GetLastError();
+        ASSERT_TRUE(sharedRuntime && library_);
         start_ = find<KorvaneStart>("cmmbStart");
         getWnd_ = find<KorvaneGetWnd>("cmmbGetWnd");
         stop_ = find<KorvaneStop>("cmmbStop");
+        ASSERT_TRUE(start_ && getWnd_ && stop_);
         parent_.window = host_.window();
     }
     void TearDown() override {
-        if (!library_) return;
+        if (!stop_) return;
         EXPECT_EQ(stop_(), 0);
         FreeLibrary(library_);
         EXPECT_FALSE(GetModuleHandleW(L"Korvane.dll")) << "nothing holds it any more";
@@ -84,11 +70,8 @@ TEST_F(PluginTest, ExportsItsThreeFunctionsAndNothingElse) {
     const auto& entry = headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT];
     const auto& exports =
         *reinterpret_cast<const IMAGE_EXPORT_DIRECTORY*>(image + entry.VirtualAddress);
-    const auto* names = reinterpret_cast<const DWORD*>(image + exports.AddressOfNames);
-    std::vector<std::string> found;
-    for (DWORD i = 0; i < exports.NumberOfNames; ++i) found.emplace_back(image + names[i]);
     EXPECT_EQ(exports.NumberOfFunctions, 3u);
-    EXPECT_THAT(found, testing::ElementsAre("cmmbGetWnd", "cmmbStart", "cmmbStop"));
+    EXPECT_EQ(exports.NumberOfNames, 3u) << "not those alone that are there";
 }
 
 TEST_F(PluginTest, StartsOnceAndStopsAsOftenAsAsked) {
@@ -104,29 +87,21 @@ TEST_F(PluginTest, StartsOnceAndStopsAsOftenAsAsked) {
     EXPECT_EQ(panel(), nullptr);
     EXPECT_EQ(stop_(), 0);
     EXPECT_EQ(start_(host_.window(), &address_), KORVANE_STARTED) << "with a plain handle";
+    FreeLibrary(library_);
+    EXPECT_EQ(GetModuleHandleW(L"Korvane.dll"), library_) << "freed before it was stopped";
+    ASSERT_EQ(LoadLibraryW(libraryPath().c_str()), library_);
 }
 
-TEST_F(PluginTest, NoWindowMeansNoPanel) {
+TEST_F(PluginTest, NeedsAWindowButNoAddress) {
     for (const std::uintptr_t bad : {std::uintptr_t{0}, std::uintptr_t{16}, ~std::uintptr_t{15}}) {
         EXPECT_EQ(start_(reinterpret_cast<void*>(bad), &address_), KORVANE_NO_PANEL);
         EXPECT_EQ(panel(), nullptr);
     }
-}
-
-TEST_F(PluginTest, AnAddressThatIsNoneStillStarts) {
     const KorvaneText words{"no address"};
     for (const KorvaneText* text : {&words, static_cast<const KorvaneText*>(nullptr)}) {
         EXPECT_EQ(start_(&parent_, text), KORVANE_STARTED);
         EXPECT_EQ(stop_(), 0);
     }
-}
-
-// Freed too early, the library stays while its threads run.
-TEST_F(PluginTest, StaysLoadedUntilItIsStopped) {
-    ASSERT_EQ(start_(&parent_, &address_), KORVANE_STARTED);
-    FreeLibrary(library_);
-    EXPECT_EQ(GetModuleHandleW(L"Korvane.dll"), library_);
-    ASSERT_EQ(LoadLibraryW(libraryPath().c_str()), library_);
 }
 
 // Stopped or started anew from within a loop of its own, a waiting command is left by an exception:
