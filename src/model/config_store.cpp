@@ -2,15 +2,16 @@
 #include <cstring>
 
 #include "model/config_model.h"
+#include "model/edit_result.h"
 
 // The editors' operations on channels, network, service/frequency tables and opaque blocks. Those
 // on frames and services are in frame_store.cpp.
 
 namespace korvane {
-namespace {
 
-constexpr int done = 0;
-constexpr int refused = -1;
+using namespace edit_result;
+
+namespace {
 
 int resultOf(bool changed) {
     return changed ? done : refused;

@@ -1,15 +1,16 @@
 #include <algorithm>
 
 #include "model/config_model.h"
+#include "model/edit_result.h"
 
 // The operations on frames and services, and what follows from them: the numbers of the continuous
 // frames' time slots and the CSCT entries of the current channel.
 
 namespace korvane {
-namespace {
 
-constexpr int done = 0;
-constexpr int refused = -1;
+using namespace edit_result;
+
+namespace {
 
 template <class List>
 bool names(const List& list, int index) {
