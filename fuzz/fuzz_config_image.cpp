@@ -2,35 +2,50 @@
 // is a configuration that encodes and decodes to itself.
 
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 
+#include "fresh.h"
 #include "model/config_image.h"
 
+namespace {
+
 using namespace korvane;
+using fuzz::fresh;
+
+struct Images {
+    ConfigImage image{};
+    ServiceDescriptionImage descriptions{};
+};
+
+struct Once : Images {};
+struct Twice : Images {};
+
+// As much as there is, from the front and from the back.
+void take(const std::uint8_t* data, std::size_t size, Images& images) {
+    std::memcpy(&images.image, data, std::min(size, sizeof images.image));
+    fromNetworkOrder(images.image);
+    const std::size_t tail = std::min(size, sizeof images.descriptions);
+    std::memcpy(&images.descriptions, data + size - tail, tail);
+    fromNetworkOrder(images.descriptions);
+}
+
+void recode(const Images& from, Images& to) {
+    auto& tables = fresh<ConfigTables>();
+    decodeImage(from.image, tables);
+    decodeDescriptions(from.descriptions, tables);
+    encodeImage(tables, to.image);
+    encodeDescriptions(tables, to.descriptions);
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    auto image = std::make_unique<ConfigImage>();
-    std::memcpy(static_cast<void*>(image.get()), data, std::min(size, sizeof *image));
-    fromNetworkOrder(*image);
-    auto tables = std::make_unique<ConfigTables>();
-    decodeImage(*image, *tables);
-
-    auto descriptions = std::make_unique<ServiceDescriptionImage>();
-    const std::size_t tail = std::min(size, sizeof *descriptions);
-    std::memcpy(static_cast<void*>(descriptions.get()), data + size - tail, tail);
-    fromNetworkOrder(*descriptions);
-    decodeDescriptions(*descriptions, *tables);
-    encodeDescriptions(*tables, *descriptions);
-
-    encodeImage(*tables, *image);
-    auto again = std::make_unique<ConfigTables>();
-    decodeImage(*image, *again);
-    decodeDescriptions(*descriptions, *again);
-    auto imageAgain = std::make_unique<ConfigImage>();
-    encodeImage(*again, *imageAgain);
-    if (std::memcmp(image.get(), imageAgain.get(), sizeof *image) != 0) std::abort();
+    auto& received = fresh<Images>();
+    auto& once = fresh<Once>();
+    auto& twice = fresh<Twice>();
+    take(data, size, received);
+    recode(received, once);
+    recode(once, twice);
+    fuzz::require(std::memcmp(&once.image, &twice.image, sizeof once.image) == 0);
     return 0;
 }

@@ -10,6 +10,10 @@ import sys
 
 IMAGE, OLD_IMAGE, PARAMS, DESCRIPTIONS = 629896, 163976, 144, 41944
 CHANNEL, FRAME, SERVICE = 120, 7856, 976
+OLD_FRAME, OLD_SERVICE = 2032, 496
+# Where an image of each layout has its blocks of frames, and the entries' counts behind them.
+BLOCKS, ENTRY_COUNTS = (640, 314884), (629134, 629302, 629734)
+OLD_BLOCKS, OLD_ENTRY_COUNTS = (640, 81924), (163214, 163382, 163814)
 
 
 def channel(kind, port):
@@ -26,7 +30,7 @@ def image(order):
     struct.pack_into(order + "H", data, 24, 7)
     data[33:38] = b"\x04Test"
     data[300], data[432] = 1, 1
-    for block in (640, 314884):
+    for block in BLOCKS:
         data[block + 3] = 2
         for frame in range(2):
             slot = block + 4 + frame * FRAME
@@ -41,12 +45,36 @@ def image(order):
     return bytes(data)
 
 
-def old_image():
+def frame_zero(services):
+    """An image of the older layout: both tables with frame 0 of so many services by its count."""
     data = bytearray(OLD_IMAGE)
-    for block in (640, 81924):
+    for block in OLD_BLOCKS:
         data[block + 3] = 1
-        data[block + 4 + 47] = 3
+        data[block + 4 + 47] = services
+        for service in range(4):
+            at = block + 4 + 48 + service * OLD_SERVICE
+            struct.pack_into("<BxHHH", data, at, service, 1 + service, 1 + service, 1)
     return bytes(data)
+
+
+def lying(size, blocks, frame_size, service_size, entry_counts):
+    """An image of either layout with every count above its array; the same in both byte orders."""
+    data = bytearray(size)
+    data[33], data[300], data[432] = 0xFF, 0xFF, 0xFF
+    for block in blocks:
+        data[block + 3] = 0xFF
+        for frame in range(40):
+            slot = block + 4 + frame * frame_size
+            data[slot], data[slot + 6], data[slot + 47] = frame, 0xFF, 0xFF
+            for service in range(slot + 48, slot + frame_size, service_size):
+                data[service + 6:service + 8] = b"\xff\xff"
+    for count in entry_counts:
+        data[count:count + 2] = b"\xff\xff"
+    return bytes(data)
+
+
+LYING = lying(IMAGE, BLOCKS, FRAME, SERVICE, ENTRY_COUNTS)
+OLD_LYING = lying(OLD_IMAGE, OLD_BLOCKS, OLD_FRAME, OLD_SERVICE, OLD_ENTRY_COUNTS)
 
 
 def config_file(version, channels, body, tail=b""):
@@ -66,20 +94,35 @@ def main():
     root = pathlib.Path(sys.argv[1])
     channels = [channel(kind, 5000 + kind) for kind in range(8)]
     tail = bytes(PARAMS) + bytes(DESCRIPTIONS)
+    lying_tail = bytes(PARAMS) + b"\xff" * DESCRIPTIONS
+    older = config_file(4107, channels[:1], frame_zero(3), tail)
     corpora = {
         "config_file": {
             "current": config_file(4108, channels, image("<"), tail),
             "no-descriptions": config_file(4108, [], image("<"), bytes(PARAMS)),
-            "older": config_file(4107, channels[:1], old_image(), tail),
+            "empty": config_file(4108, [], b""),
+            "lying": config_file(4108, channels, LYING, lying_tail),
+            "longer": config_file(4108, channels[:2], image("<"), tail + b"more" * 100),
+            "older": older,
+            "older-empty": config_file(4107, [], b""),
+            "older-lying": config_file(4107, channels, OLD_LYING, lying_tail),
+            "older-longer": older + b"more" * 100,
+            **{f"older-services-{n}": config_file(4107, [], frame_zero(n)) for n in (0, 4, 5, 8, 255)},
+            # Amid the channel, the first frame, a service, the image's last bytes, what follows it.
+            **{f"older-cut-{n}": older[:n] for n in (35, 37, 155, 157, 799, 803, 845, 1341, 82081,
+                                                     164131, 164133, 164275, 164277, 206219)},
             "unknown-version": config_file(4109, channels[:1], b""),
             "too-many-channels": struct.pack("<I28xI", 4108, 0xFFFFFFFF),
         },
-        "config_image": {"wire": image(">"), "empty": bytes(64), "ones": b"\xff" * 4096},
+        "config_image": {"wire": image(">"), "empty": bytes(64), "ones": b"\xff" * 4096,
+                         "lying": LYING, "older-layout-lying": OLD_LYING},
         # The first byte chooses the command by its place in the command table.
         "answer": {
             "bare": b"\x00" + datagram(answer(1)),
             "refused": b"\x07" + datagram(answer(2000, status=5)),
             "channels": b"\x01" + datagram(answer(2, b"\x02" + channel(0, 1) + channel(1, 2))),
+            "more-than-sent": b"\x01" + datagram(answer(2, b"\x03" + channel(0, 1) + channel(1, 2))),
+            "more-than-kept": b"\x01" + datagram(answer(2, b"\xff" + channel(0, 1) * 61)),
             "params": b"\x03" + datagram(answer(101, bytes(PARAMS))),
             "train": b"\x06" + datagram(struct.pack(">BBHI", 0x11, 0x22, 0, DESCRIPTIONS + 12))
                      + datagram(answer(104, bytes(DESCRIPTIONS))[:30720])
