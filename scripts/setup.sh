@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
     g++ cmake ninja-build g++-mingw-w64-i686-posix          # the compilers and the build
-    googletest libbenchmark-dev                             # test framework (as sources), benchmarks
+    googletest                                              # test framework (as sources)
     clang libclang-rt-14-dev llvm clang-format              # sanitizers, fuzzers, formatter
     xvfb xauth fonts-wqy-microhei                           # a display, and a font with Chinese
     wine wine32:i386 fonts-wine                             # where the product runs

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "monitor/scripted_status.h"
+#include "monitor/views.h"
 
 namespace korvane {
 namespace {
@@ -21,7 +22,6 @@ std::string lampsAt(int alarmResult, unsigned alarms) {
 }
 
 TEST(Indicators, EachInputHasItsBitAndWithoutAStatusOnlyALostLinkIsShown) {
-    EXPECT_EQ(lampsAt(0, 0x78), "aaaa n");
     EXPECT_EQ(lampsAt(0, 0x87), "nnnn n") << "the other bits have no lamp";
     EXPECT_EQ(lampsAt(0, 0x08), "annn n");
     EXPECT_EQ(lampsAt(0, 0x10), "nann n");
@@ -29,6 +29,19 @@ TEST(Indicators, EachInputHasItsBitAndWithoutAStatusOnlyALostLinkIsShown) {
     EXPECT_EQ(lampsAt(0, 0x40), "nnna n");
     EXPECT_EQ(lampsAt(1, 0x78), "---- -");
     EXPECT_EQ(lampsAt(-1, 0x78), "---- a");
+}
+
+TEST(Indicators, LampsAndViewsAreWhatTheDialogsHold) {
+    std::string shown;
+    for (const InputLamp& lamp : inputLamps) shown += std::to_string(lamp.control) + ' ';
+    for (const int picture : lampPictures) shown += std::to_string(picture) + ' ';
+    for (const MonitorView& view : monitorViews)
+        shown += std::string(view.title) + std::to_string(view.dialog) + '/' +
+                 std::to_string(view.periodMs) + ' ';
+    EXPECT_EQ(shown,
+              "1110 1112 1113 1114 0 140 139 复用帧结构1084/1500 业务列表1080/1000 "
+              "图形化监控1089/1500 ");
+    EXPECT_EQ(monitorPeriodMs, 1000u);
 }
 
 TEST(Indicators, TimeOfDay) {
