@@ -31,6 +31,13 @@ bool sameTables(const Configuration& a, const Configuration& b) {
     return a.channels == b.channels && sameBytes(a.image, b.image) && sameBytes(a.params, b.params);
 }
 
+// 700 KB from the heap take longer than all else: only what came with all its parts gets a file.
+void requireFiled(const Configuration& written) {
+    static Configuration read;
+    require(config_file::decode(config_file::encode(written), read) == config_file::ok);
+    require(sameTables(written, read) && sameBytes(written.descriptions, read.descriptions));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -39,14 +46,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     auto& model = fresh<ConfigModel>();
     model.load(content);
 
-    static Configuration written, read;
+    static Configuration written, again;
     takeFrom(model, written);
-    require(config_file::decode(config_file::encode(written), read) == config_file::ok);
-    require(sameTables(written, read) && sameBytes(written.descriptions, read.descriptions));
+    if (content.hasDescriptions) requireFiled(written);
 
     // Into the model that holds the same already: nothing may be left of it, or come twice.
-    model.load(read);
-    takeFrom(model, read);
-    require(sameTables(written, read));
+    model.load(written);
+    takeFrom(model, again);
+    require(sameTables(written, again));
     return 0;
 }
