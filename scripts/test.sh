@@ -81,7 +81,7 @@ fuzz_all() {
     python3 scripts/make_fuzz_corpus.py build/fuzz/seeds
     #                         target       runs  floor
     check "fuzz answer"       fuzz answer       20000     96
-    check "fuzz config_file"  fuzz config_file   3000    316
+    check "fuzz config_file"  fuzz config_file   3000    318
     check "fuzz config_image" fuzz config_image  3000    182
 }
 
