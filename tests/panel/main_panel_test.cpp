@@ -95,6 +95,7 @@ TEST_F(MainPanelTest, IsThereAtOnceWithItsButtonsAndShowsOnePageAtATime) {
     };
     drive([&](Robot& r) {
         for (const auto& [id, text] : buttons) EXPECT_EQ(r.text(button(id)), text);
+        EXPECT_TRUE(r.isChecked(button(21)));
         std::set<HWND> shown;
         for (const int id : {21, 23, 29, 30}) {
             r.click(panel_.hwnd(), id);
@@ -205,7 +206,7 @@ TEST_F(MainPanelTest, CanBeTakenDownWhileItShowsSomething) {
 }
 
 TEST_F(MainPanelTest, OutlivesAHostThatTakesItsWindowAwayEvenWhileItAsks) {
-    test::TestHost other, last;
+    test::TestHost other;
     drive([&](Robot& r) {
         r.click(panel_.hwnd(), IDC_REBOOT);
         const HWND question = r.waitBox(rebootQuestion);
@@ -218,6 +219,7 @@ TEST_F(MainPanelTest, OutlivesAHostThatTakesItsWindowAwayEvenWhileItAsks) {
     other.destroy();
     EXPECT_EQ(window_, nullptr);
     panel_.destroy();
+    const test::TestHost last;
     EXPECT_TRUE(panel_.create(last.window()));
     EXPECT_EQ(GetParent(panel_.hwnd()), last.window());
     panel_.destroy();

@@ -13,6 +13,7 @@ char* endOfMemory() {
     constexpr std::size_t page = 4096;
     auto* memory = static_cast<char*>(
         VirtualAlloc(nullptr, 2 * page, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE));
+    std::memset(memory, '9', 2 * page);
     DWORD before = 0;
     VirtualProtect(memory + page, page, PAGE_NOACCESS, &before);
     return memory + page;
