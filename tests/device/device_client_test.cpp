@@ -193,12 +193,7 @@ INSTANTIATE_TEST_SUITE_P(
         AnswerCase{"half a record", 2, frameOf(2, 0, recordList(1, 61)), -1},
         AnswerCase{"more counted than sent", 2, frameOf(2, 0, recordList(3, 241)), -1},
         AnswerCase{"cut record list", 2, cutTo(frameOf(2, 0, recordList(2, 241)), 200), -1}),
-    [](const auto& answerCase) {
-        std::string name = answerCase.param.what;
-        std::replace_if(
-            name.begin(), name.end(), [](char c) { return !std::isalnum(c); }, '_');
-        return name;
-    });
+    [](const auto& one) { return test::testName(one.param.what); });
 
 TEST_F(Client, TheChannelListIsCutToWhatThePanelKeeps) {
     Bytes payload = recordList(61, 1 + 61 * 120);
@@ -246,19 +241,6 @@ TEST_F(Client, ALongAnswerIsPutTogether) {
     EXPECT_EQ(image->shortTime.header[0], 0);
     EXPECT_EQ(link_.receiveTimeouts.front(), 3000u);
     EXPECT_EQ(link_.receiveTimeouts.back(), 2000u);
-}
-
-TEST_F(Client, ALongAnswerCutAtAnyDatagramIsNone) {
-    client_.attempts = 1;
-    const Bytes frame = frameOf(3004, 0, Bytes(314244));
-    for (std::size_t pieces = 0; pieces < 11; ++pieces) {
-        link_.answers(announcementOf(static_cast<std::uint32_t>(frame.size())));
-        for (std::size_t i = 0; i < pieces; ++i) link_.answers(Bytes(28000));
-        link_.staysSilent();
-        auto image = std::make_unique<ConfigImage>();
-        EXPECT_EQ(client_.GetImageBlockA(*image), -2) << pieces;
-        EXPECT_TRUE(link_.scriptPlayed());
-    }
 }
 
 TEST_F(Client, WhatWouldNotFitTheBufferIsNoAnswer) {

@@ -38,8 +38,6 @@ TEST_F(Link, WaitingMovesTheClockOnlyAsFarAsNeeded) {
     EXPECT_EQ(receive(49), -1);
     EXPECT_EQ(receive(1), 7056);
     EXPECT_EQ(link_.ticks(), 4500u) << "eleven chunks, 50 ms apart";
-    EXPECT_EQ(link_.datagramsSent(), 2u);
-    EXPECT_EQ(link_.datagramsReceived(), 13u);
 }
 
 TEST_F(Link, DatagramsArriveInTheOrderOfTheirTimes) {
@@ -83,7 +81,6 @@ TEST_F(Link, CancelEndsEverythingUntilTheNextOpen) {
     EXPECT_TRUE(link_.isReachable("10.0.0.1"));
     link_.setReachable(false);
     EXPECT_FALSE(link_.isReachable("10.0.0.1"));
-    EXPECT_EQ(link_.reachabilityChecks(), 3u);
 }
 
 }  // namespace

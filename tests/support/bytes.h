@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cctype>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -23,6 +24,13 @@ std::string bytesAt(const T& object, std::size_t offset, std::size_t count) {
 template <class T>
 std::string wholeBytes(const T& object) {
     return bytesAt(object, 0, sizeof object);
+}
+
+// A test's name as the framework takes it, from what a case is called.
+inline std::string testName(std::string text) {
+    for (char& c : text)
+        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+    return text;
 }
 
 }  // namespace korvane::test
