@@ -52,7 +52,6 @@ int SimulatorLink::send(std::uint32_t, std::uint16_t port, std::uint32_t, const 
                         std::uint16_t length) {
     const std::lock_guard lock(mutex_);
     if (!open_ || cancelled_) return -1;
-    ++sent_;
     const auto* first = static_cast<const std::uint8_t*>(data);
     if (port == wire::devicePort) enqueue(device_.receive({first, length}, client(), nowMs_));
     return length;
@@ -72,13 +71,11 @@ int SimulatorLink::receive(void* buffer, std::size_t capacity, std::uint32_t& re
     if (datagram.bytes.size() > capacity) return -1;
     std::memcpy(buffer, datagram.bytes.data(), datagram.bytes.size());
     received = static_cast<std::uint32_t>(datagram.bytes.size());
-    ++received_;
     return 0;
 }
 
 bool SimulatorLink::isReachable(const std::string&) {
     const std::lock_guard lock(mutex_);
-    ++reachabilityChecks_;
     return reachable_ && !cancelled_;
 }
 
@@ -94,21 +91,6 @@ std::uint32_t SimulatorLink::ticks() {
 void SimulatorLink::setReachable(bool reachable) {
     const std::lock_guard lock(mutex_);
     reachable_ = reachable;
-}
-
-std::uint32_t SimulatorLink::reachabilityChecks() const {
-    const std::lock_guard lock(mutex_);
-    return reachabilityChecks_;
-}
-
-std::uint32_t SimulatorLink::datagramsSent() const {
-    const std::lock_guard lock(mutex_);
-    return sent_;
-}
-
-std::uint32_t SimulatorLink::datagramsReceived() const {
-    const std::lock_guard lock(mutex_);
-    return received_;
 }
 
 std::uint64_t SimulatorLink::nowMs() const {

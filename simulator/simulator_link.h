@@ -33,11 +33,6 @@ class SimulatorLink : public DeviceLink {
 
     // What isReachable answers from now on; true at first.
     void setReachable(bool reachable);
-    // How often isReachable was asked.
-    std::uint32_t reachabilityChecks() const;
-    // Datagrams that went either way.
-    std::uint32_t datagramsSent() const;
-    std::uint32_t datagramsReceived() const;
     std::uint64_t nowMs() const;
 
   private:
@@ -50,9 +45,6 @@ class SimulatorLink : public DeviceLink {
     bool open_ = false;
     bool cancelled_ = false;
     bool reachable_ = true;
-    std::uint32_t reachabilityChecks_ = 0;
-    std::uint32_t sent_ = 0;
-    std::uint32_t received_ = 0;
 };
 
 }  // namespace korvane

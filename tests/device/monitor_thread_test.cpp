@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <array>
 #include <chrono>
 #include <cstring>
 #include <gtest/gtest.h>

@@ -1,6 +1,5 @@
 #include "device/udp.h"
 
-#include <chrono>
 #include <cstring>
 #include <functional>
 #include <gtest/gtest.h>

@@ -133,8 +133,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(TimeSlotCheck, CountsFromZeroWithoutAnySlot) {
     const auto model = std::make_unique<ConfigModel>();
     test::ScriptedPrompts prompts;
-    EXPECT_EQ(ConfigChecks(*model, prompts).checkTimeSlotCount(39), 0);
-    EXPECT_EQ(ConfigChecks(*model, prompts).checkTimeSlotCount(40), -1);
+    ConfigChecks checks(*model, prompts);
+    EXPECT_TRUE(checks.checkTimeSlotCount(39) == 0 && checks.checkTimeSlotCount(40) == -1);
 }
 
 }  // namespace
