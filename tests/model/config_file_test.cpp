@@ -145,7 +145,8 @@ TEST_P(EachLayout, WithoutDescriptionsEachServiceGetsTheDefaultOne) {
     }
     for (const std::size_t missing : {1u, 41944u}) {
         file.resize(layout.end(0) - missing);
-        const auto& frames = loaded(file)->tables().continuous.frames;
+        const auto model = loaded(file);
+        const auto& frames = model->tables().continuous.frames;
         EXPECT_EQ(frames[0].services[0].description, ServiceDescription{});
         const ServiceDescription& description = frames[1].services[0].description;
         EXPECT_EQ(description.serviceId, 302);
