@@ -24,8 +24,7 @@ std::uint16_t openOnLoopback(UdpSocket& socket) {
 class Udp : public testing::Test {
   protected:
     void SetUp() override {
-        ASSERT_NE(portOfA_, 0);
-        ASSERT_NE(portOfB_, 0);
+        ASSERT_TRUE(portOfA_ != 0 && portOfB_ != 0);
     }
     void TearDown() override {
         UdpClose(a_);
