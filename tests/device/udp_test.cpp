@@ -23,9 +23,7 @@ std::uint16_t openOnLoopback(UdpSocket& socket) {
 
 class Udp : public testing::Test {
   protected:
-    void SetUp() override {
-        ASSERT_TRUE(portOfA_ != 0 && portOfB_ != 0);
-    }
+    void SetUp() override { ASSERT_TRUE(portOfA_ != 0 && portOfB_ != 0); }
     void TearDown() override {
         UdpClose(a_);
         UdpClose(b_);
