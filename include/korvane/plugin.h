@@ -42,8 +42,9 @@ struct KorvaneText {
  *         KORVANE_HANDLE_OFFSET bytes from its start), or an HWND.
  * address: the text object that holds the device's dotted IPv4 address.
  *
- * Each start wants a cmmbStop, whatever it returned. A second start without one starts the work
- * with the device anew and returns KORVANE_NO_PANEL, for there already is a panel.
+ * Each start wants a cmmbStop, whatever it returned. A second start without one cancels what the
+ * panel shows modally, starts the work with the device anew and returns KORVANE_NO_PANEL, for there
+ * already is a panel.
  */
 typedef int(KORVANE_CALL* KorvaneStart)(void* window, const struct KorvaneText* address);
 
