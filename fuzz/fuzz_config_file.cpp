@@ -18,7 +18,7 @@ void takeFrom(const ConfigModel& model, Configuration& content) {
     content.channels = model.flatChannels();
     encodeImage(model.tables(), content.image);
     content.params = model.deviceParams();
-    encodeDescriptions(model.tables(), content.descriptions);
+    encodeDescriptions(model.tables(), {}, content.descriptions);
 }
 
 template <class T>

@@ -34,7 +34,7 @@ void recode(const Images& from, Images& to) {
     decodeImage(from.image, tables);
     decodeDescriptions(from.descriptions, tables);
     encodeImage(tables, to.image);
-    encodeDescriptions(tables, to.descriptions);
+    encodeDescriptions(tables, {}, to.descriptions);
 }
 
 }  // namespace

@@ -114,7 +114,7 @@ std::unique_ptr<DeviceConfiguration> sampleConfiguration() {
     auto configuration = std::make_unique<DeviceConfiguration>();
     encodeImage(*tables, configuration->image);
     toNetworkOrder(configuration->image);
-    encodeDescriptions(*tables, configuration->descriptions);
+    encodeDescriptions(*tables, {}, configuration->descriptions);
     toNetworkOrder(configuration->descriptions);
     putChannels(sampleChannels(), *configuration);
     return configuration;

@@ -53,9 +53,9 @@ typedef int(KORVANE_CALL* KorvaneStart)(void* window, const struct KorvaneText* 
 typedef void*(KORVANE_CALL* KorvaneGetWnd)(void);
 
 /* Ends the work with the device and destroys the panel; what the panel shows modally is cancelled.
- * Takes up to about a second, longer only while the name of a device that was given by name is
- * being looked up. Always 0, without a start too. The library holds itself in memory from a start
- * to its stop; keep your own reference until cmmbStop has returned. */
+ * Takes up to about a second, longer only while the system hangs. Always 0, without a start too.
+ * The library holds itself in memory from a start to its stop; keep your own reference until
+ * cmmbStop has returned. */
 typedef int(KORVANE_CALL* KorvaneStop)(void);
 
 /* The names to ask GetProcAddress for: "cmmbStart", "cmmbGetWnd", "cmmbStop". */

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "device/udp.h"
+#include "log/log.h"
 
 namespace korvane {
 
@@ -26,6 +27,15 @@ bool cutRecordList(std::uint8_t* payload, std::uint32_t length) {
     if (length == 0 || (length - 1) % recordSize != 0) return false;
     payload[0] = std::min<std::uint8_t>(payload[0], limits::inputChannels);
     return payload[0] <= (length - 1) / recordSize;
+}
+
+void logFailure(std::uint32_t code, int result, std::uint32_t attempts) {
+    const Command* command = findCommand(code);
+    const std::string name(command ? command->name : "?");
+    logLine(
+        logWarning,
+        result > 0 ? "命令%u %s: 设备拒绝, 状态%d, 尝试%u次" : "命令%u %s: 失败, 结果%d, 尝试%u次",
+        code, name.c_str(), result, attempts);
 }
 
 }  // namespace
@@ -73,12 +83,28 @@ void DeviceClient::SetTimeout(std::uint32_t value, Timeout which) {
 
 int DeviceClient::Exchange(std::uint32_t code, std::span<const std::uint8_t> request,
                            std::span<std::uint8_t> response) {
+    const Outcome outcome = exchangeQuietly(code, request, response);
+    if (outcome.result != 0) logFailure(code, outcome.result, outcome.attempts);
+    return outcome.result;
+}
+
+DeviceClient::Outcome DeviceClient::exchangeQuietly(std::uint32_t code,
+                                                    std::span<const std::uint8_t> request,
+                                                    std::span<std::uint8_t> response) {
     const std::lock_guard guard(lock_);
-    if (!open_) return sendFailed;
+    if (!open_) return {sendFailed, 0};
     const std::size_t length = buildRequest(code, request);
-    if (length == 0) return sendFailed;
-    const int result = transferWithRetries(length);
-    return result != 0 ? result : decodeAnswer(code, response);
+    if (length == 0) return {sendFailed, 0};
+    Outcome outcome = transferWithRetries(length);
+    if (outcome.result == 0) outcome.result = decodeAnswer(code, response);
+    return outcome;
+}
+
+void DeviceClient::abandonExchange() {
+    lock_.lock();
+    attempts = defaultAttempts;
+    SetTimeout(0, Timeout::Defaults);
+    lock_.unlockFully();
 }
 
 // The frame's length, or 0 when it does not fit the buffer.
@@ -90,19 +116,20 @@ std::size_t DeviceClient::buildRequest(std::uint32_t code, std::span<const std::
     return CommandFrame::size + payload.size();
 }
 
-int DeviceClient::transferWithRetries(std::size_t requestLength) {
+DeviceClient::Outcome DeviceClient::transferWithRetries(std::size_t requestLength) {
     constexpr std::uint32_t retryPauseMs = 300;
     // Without any attempt there is no answer to read either.
     received_ = 0;
     std::fill_n(response_.get(), CommandFrame::size, std::uint8_t{0});
-    int result = 0;
-    for (std::uint32_t attempt = 1; attempt <= attempts; ++attempt) {
-        if (attempt > 1) link_.sleep(retryPauseMs);
-        result = transfer(requestLength);
-        if (result == 0) break;
-        if (attempt == 1 && attempts > 1 && !link_.isReachable(addressText_)) return unreachable;
+    Outcome outcome{0, 0};
+    while (outcome.attempts < attempts) {
+        if (++outcome.attempts > 1) link_.sleep(retryPauseMs);
+        outcome.result = transfer(requestLength);
+        if (outcome.result == 0) break;
+        if (outcome.attempts == 1 && attempts > 1 && !link_.isReachable(addressText_))
+            return {unreachable, 1};
     }
-    return result;
+    return outcome;
 }
 
 int DeviceClient::transfer(std::size_t requestLength) {
@@ -152,19 +179,24 @@ int DeviceClient::receiveAnswer() {
 
 int DeviceClient::receiveTrain(std::size_t total) {
     constexpr std::uint32_t pieceTimeoutMs = 2000;
+    // A device that drips its pieces, each in time, would hold the link for half an hour.
+    constexpr std::uint32_t trainTimeoutMs = 30000;
     if (total == 0) return 0;  // a whole answer of nothing; decoding finds no frame in it
     if (total > wire::bufferSize) return noAnswer;
+    const std::uint32_t begin = link_.ticks();
     received_ = 0;
-    // Each piece may take its time, so a device that drips bytes could hold the link for days.
-    for (std::size_t piecesLeft = total / 512 + 16; received_ < total; --piecesLeft) {
-        if (piecesLeft == 0) return noAnswer;
+    while (received_ < total) {
+        const std::uint32_t elapsed = link_.ticks() - begin;
+        if (elapsed >= trainTimeoutMs) return noAnswer;
         const std::size_t room = std::min(wire::largestDatagram, wire::bufferSize - received_);
         std::uint32_t length = 0;
-        if (link_.receive(response_.get() + received_, room, length, pieceTimeoutMs) != 0)
+        if (link_.receive(response_.get() + received_, room, length,
+                          std::min(pieceTimeoutMs, trainTimeoutMs - elapsed)) != 0)
             return noAnswer;
         received_ += length;
     }
-    return 0;
+    // More than announced: a piece came twice, and what stands behind it is shifted.
+    return received_ == total ? 0 : noAnswer;
 }
 
 int DeviceClient::decodeAnswer(std::uint32_t code, std::span<std::uint8_t> response) {

@@ -37,13 +37,20 @@ class DeviceClient {
     int Start(const std::string& address);
     // Ends an exchange under way and closes the link. Always 0.
     int Stop();
-    // After a thread was ended by force, perhaps amid an exchange: its hold on the link ends.
-    void forgetOwner() { lock_.forgetOwner(); }
+
+    // Whether this thread is in an exchange; and, once it has been ended there by force, the end of
+    // its hold on the link.
+    bool heldBy(std::thread::id thread) const { return lock_.ownedBy(thread); }
+    void takeFrom(std::thread::id thread) { lock_.takeFrom(thread); }
+    // After a fault on the calling thread, perhaps amid an exchange: it holds the link no longer,
+    // and the next exchange begins with the defaults.
+    void abandonExchange();
 
     // Sends `request` under `code` and waits for the answer; a failed transfer is tried again while
     // attempts are left, after one ICMP check. On success the answer's payload stands at the start
     // of `response`, which holds at least what the command table expects; on failure `response` is
-    // unchanged. A code that the table does not know goes out empty and comes back unchecked.
+    // unchanged, and the log gets a line. A code that the table does not know goes out empty and
+    // comes back unchecked.
     int Exchange(std::uint32_t code, std::span<const std::uint8_t> request,
                  std::span<std::uint8_t> response);
 
@@ -120,8 +127,16 @@ class DeviceClient {
     // A frame in one of the two buffers: its bytes, header included.
     using Buffer = std::unique_ptr<std::uint8_t[]>;
 
+    struct Outcome {
+        int result;
+        std::uint32_t attempts;  // that were made
+    };
+
+    Outcome exchangeQuietly(std::uint32_t code, std::span<const std::uint8_t> request,
+                            std::span<std::uint8_t> response);
+
     std::size_t buildRequest(std::uint32_t code, std::span<const std::uint8_t> payload);
-    int transferWithRetries(std::size_t requestLength);
+    Outcome transferWithRetries(std::size_t requestLength);
     int transfer(std::size_t requestLength);
     void drain();
     int sendRequest(std::size_t length);

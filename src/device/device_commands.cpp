@@ -22,13 +22,15 @@ int DeviceClient::exchange(KnownCommand command, std::span<const std::uint8_t> r
     return Exchange(static_cast<std::uint32_t>(command->code), request, response);
 }
 
+// Not in the log: it comes again every two seconds.
 int DeviceClient::statusExchange(KnownCommand command, std::uint32_t timeoutMs,
                                  std::span<const std::uint8_t> request,
                                  std::span<std::uint8_t> response) {
     const std::lock_guard guard(lock_);
     attempts = 1;
     SetTimeout(timeoutMs, Timeout::Receive);
-    const int result = exchange(command, request, response);
+    const auto code = static_cast<std::uint32_t>(command->code);
+    const int result = exchangeQuietly(code, request, response).result;
     SetTimeout(0, Timeout::Defaults);
     attempts = defaultAttempts;
     return result;

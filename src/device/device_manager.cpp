@@ -1,31 +1,31 @@
 #include "device/device_manager.h"
 
+#include <array>
 #include <chrono>
+#include <thread>
+#include <utility>
 
 #include "device/transfer_sequences.h"
+#include "log/log.h"
+#include "model/channel_text.h"
+#include "model/config_file.h"
 
 namespace korvane {
 namespace {
 
 constexpr std::uint32_t patienceMs = 1000, stepMs = 10;
 
-// True while it lives, however the work that it marks ends.
-class Marked {
-  public:
-    explicit Marked(std::atomic<bool>& flag) : flag_(flag) { flag_ = true; }
-    ~Marked() { flag_ = false; }
-    Marked(const Marked&) = delete;
-    Marked& operator=(const Marked&) = delete;
-
-  private:
-    std::atomic<bool>& flag_;
-};
+// In the order of the kinds.
+constexpr std::array transferNames = {"保存到设备", "从设备获取", "固件升级"};
 
 }  // namespace
 
 DeviceManager::DeviceManager(DeviceLink& link, std::filesystem::path cacheDirectory,
-                             StatusPoller::Force force)
-    : link_(link), force_(force), client_(link), poller_(client_, link, status_), worker_(link) {
+                             Threads& threads)
+    : link_(link),
+      client_(link),
+      poller_(client_, link, status_, threads),
+      worker_(client_, link, threads) {
     model_.setCacheDirectory(std::move(cacheDirectory));
 }
 
@@ -39,32 +39,50 @@ int DeviceManager::Start(const std::string& address) {
     model_.setDeviceKey(address);
     model_.resetModel();  // never show, or send, one device's configuration as another's
     status_.clear();
-    if (client_.Start(address) != 0) return -1;
-    model_.loadCacheFile();
+    started_ = client_.Start(address) == 0;
+    if (!started_) {
+        logLine(logError, "启动失败, 设备%s: 无法打开网络套接字", address.c_str());
+        return -1;
+    }
+    logLine(logInformation, "启动, 设备%s", address.c_str());
+    loadCache();
     poller_.start();
     return 0;
+}
+
+void DeviceManager::loadCache() {
+    ChannelsLeftOut leftOut;
+    const int result = model_.loadCacheFile(leftOut);
+    for (const InputChannelRecord& channel : leftOut)
+        logLine(logWarning, "配置缓存文件中的输入通道超过60个, 舍去%s",
+                channelName(channel).c_str());
+    if (result == config_file::ok)
+        logLine(logInformation, "已读取配置缓存文件");
+    else if (result == config_file::cannotOpen)
+        logLine(logInformation, "没有可读的配置缓存文件");
+    else
+        logLine(logWarning, "配置缓存文件未被采用, 结果%d", result);
 }
 
 int DeviceManager::Stop() {
     endThreads();
     model_.resetModel();
     status_.clear();
+    if (std::exchange(started_, false)) logLine(logInformation, "停止, 设备%s", address_.c_str());
     return 0;
 }
 
 // Asks first: the poller goes within 100 ms, and an upgrade still tells the device that no more
 // pieces come. Whoever has not gone within a second waits for the device, and ends with its link.
-// A poller that is still there then hangs in the system, and is ended by force.
+// A poller that even then has the link hangs in the system, and is ended by force.
 void DeviceManager::endThreads() {
     poller_.requestStop();
-    const auto othersGone = [this] { return poller_.ended() && !upgradeInProgress_; };
+    const auto othersGone = [this] { return poller_.ended() && !running(Transfer::Upgrade); };
     for (std::uint32_t waited = 0; waited < patienceMs && !othersGone(); waited += stepMs)
         link_.sleep(stepMs);
     link_.cancel();
-    if (force_ && !pollerEndsInTime()) {
-        poller_.endByForce(force_);
-        client_.forgetOwner();
-    }
+    if (!pollerEndsInTime() && poller_.endByForce())
+        logLine(logError, "状态轮询线程没有响应, 已被强制结束");
     client_.Stop();
     poller_.join();
     worker_.join();
@@ -77,9 +95,16 @@ bool DeviceManager::pollerEndsInTime() const {
     return poller_.ended();
 }
 
+int DeviceManager::start(Transfer kind, std::shared_ptr<ProgressSink> sink,
+                         TransferWorker::Sequence sequence) {
+    if (worker_.running()) return -1;
+    transfer_ = kind;
+    return worker_.start(transferNames[static_cast<std::size_t>(kind)], std::move(sink),
+                         std::move(sequence));
+}
+
 int DeviceManager::startDownload(std::shared_ptr<ProgressSink> sink) {
-    return worker_.start(std::move(sink), [this](Progress& progress) {
-        const Marked saving(saveInProgress_);
+    return start(Transfer::Save, std::move(sink), [this](Progress& progress) {
         const int result = runSave(client_, model_, progress);
         lastSaveEnd_ = link_.ticks();
         return result;
@@ -87,17 +112,17 @@ int DeviceManager::startDownload(std::shared_ptr<ProgressSink> sink) {
 }
 
 int DeviceManager::startUpload(std::shared_ptr<ProgressSink> sink) {
-    return worker_.start(std::move(sink),
-                         [this](Progress& progress) { return runLoad(client_, model_, progress); });
+    return start(Transfer::Load, std::move(sink),
+                 [this](Progress& progress) { return runLoad(client_, model_, progress); });
 }
 
 int DeviceManager::startUpgrade(std::shared_ptr<ProgressSink> sink,
                                 std::filesystem::path firmware) {
-    return worker_.start(std::move(sink), [this, file = std::move(firmware)](Progress& progress) {
-        const Marked upgrading(upgradeInProgress_);
-        const auto stopping = [this] { return poller_.stopRequested(); };
-        return runUpgrade(client_, link_, file, stopping, progress);
-    });
+    return start(Transfer::Upgrade, std::move(sink),
+                 [this, file = std::move(firmware)](Progress& progress) {
+                     const auto stopping = [this] { return poller_.stopRequested(); };
+                     return runUpgrade(client_, link_, file, stopping, progress);
+                 });
 }
 
 int DeviceManager::getStatusSummary(StatusSummary& out) const {
@@ -110,7 +135,7 @@ int DeviceManager::getAlarmBits(std::vector<bool>& out) const {
         for (int bit = 0; bit < 8; ++bit) out.push_back((alarms >> bit & 1) != 0);
         return 0;
     }
-    if (saveInProgress_) return 1;  // it keeps the link busy
+    if (running(Transfer::Save)) return 1;  // it keeps the link busy
     return link_.ticks() - lastSaveEnd_ >= settlingMs ? -1 : 1;
 }
 

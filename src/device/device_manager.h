@@ -26,11 +26,10 @@ inline constexpr std::uint32_t settlingMs = settlingSeconds * 1000;
 // process. Start, Stop and the start operations belong to the host's user-interface thread.
 class DeviceManager : public StatusSource {
   public:
-    // `link` reaches the device and outlives this object; `cacheDirectory` takes the file in which
-    // the last configuration of each device is kept. Without `force`, Stop waits for a poller that
-    // hangs in the system.
+    // `link` reaches the device, `threads` runs poller and worker; both outlive this object.
+    // `cacheDirectory` takes the file in which the last configuration of each device is kept.
     DeviceManager(DeviceLink& link, std::filesystem::path cacheDirectory,
-                  StatusPoller::Force force = nullptr);
+                  Threads& threads = plainThreads());
     ~DeviceManager() override;
 
     // 0, or -1 when no socket could be opened: then no configuration is loaded and nothing polls.
@@ -60,20 +59,24 @@ class DeviceManager : public StatusSource {
     int getDeviceStatusImage(DeviceStatusImage& out) const override;
 
   private:
+    enum class Transfer { Save, Load, Upgrade };
+
+    int start(Transfer kind, std::shared_ptr<ProgressSink> sink, TransferWorker::Sequence sequence);
+    bool running(Transfer kind) const { return worker_.running() && transfer_ == kind; }
+    void loadCache();
     void endThreads();
     bool pollerEndsInTime() const;
 
     DeviceLink& link_;
-    StatusPoller::Force force_;
     ConfigModel model_;
     DeviceClient client_;
     StatusCache status_;
     StatusPoller poller_;
     TransferWorker worker_;
     std::string address_;
-    std::atomic<bool> saveInProgress_{false};
-    std::atomic<bool> upgradeInProgress_{false};
-    std::atomic<std::uint32_t> lastSaveEnd_{0};  // tick count; 0 until a save has ended
+    bool started_ = false;
+    std::atomic<Transfer> transfer_{Transfer::Load};  // the last one started
+    std::atomic<std::uint32_t> lastSaveEnd_{0};       // tick count; 0 until a save has ended
 };
 
 }  // namespace korvane

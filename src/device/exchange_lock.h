@@ -1,42 +1,51 @@
 #pragma once
 
-#include <condition_variable>
-#include <mutex>
+#include <atomic>
+#include <chrono>
 #include <thread>
 
 namespace korvane {
 
-// A lock that its owner may take again, and that can be taken from an owner which will never give
-// it back: a thread that was ended by force. Waiting and owning leave the mutex inside free, so
-// such an end does not catch it held.
+// A lock that its owner may take again, and that can be taken from a thread which will never give
+// it back. Whoever waits for it looks every now and then: a thread may be ended by force while it
+// waits, and no wait of the language's library survives that.
 class ExchangeLock {
   public:
+    using Owner = std::thread::id;
+
     void lock() {
-        std::unique_lock inside(mutex_);
-        const std::thread::id self = std::this_thread::get_id();
-        freed_.wait(inside, [this, self] { return depth_ == 0 || owner_ == self; });
-        owner_ = self;
-        ++depth_;
+        using namespace std::chrono_literals;
+        while (!tryLock()) std::this_thread::sleep_for(2ms);
     }
 
     void unlock() {
-        const std::lock_guard inside(mutex_);
-        if (owner_ == std::this_thread::get_id() && depth_ > 0 && --depth_ == 0)
-            freed_.notify_one();
+        if (ownedBy(self()) && --depth_ == 0) owner_ = Owner();
     }
 
-    // From now on nobody owns it.
-    void forgetOwner() {
-        const std::lock_guard inside(mutex_);
+    // Gives back all that the calling thread holds.
+    void unlockFully() { takeFrom(self()); }
+
+    bool ownedBy(Owner thread) const { return owner_ == thread; }
+
+    // Ends the hold of a thread that has ended, if it has one.
+    void takeFrom(Owner thread) {
+        if (!ownedBy(thread)) return;
         depth_ = 0;
-        freed_.notify_all();
+        owner_ = Owner();
     }
 
   private:
-    std::mutex mutex_;
-    std::condition_variable freed_;
-    std::thread::id owner_;
-    int depth_ = 0;
+    static Owner self() { return std::this_thread::get_id(); }
+
+    bool tryLock() {
+        Owner nobody;
+        if (!ownedBy(self()) && !owner_.compare_exchange_strong(nobody, self())) return false;
+        ++depth_;
+        return true;
+    }
+
+    std::atomic<Owner> owner_;
+    std::atomic<int> depth_{0};
 };
 
 }  // namespace korvane

@@ -36,15 +36,6 @@ struct IcmpLibrary {
     }
 };
 
-bool resolve(const std::string& host, IPAddr& address) {
-    address = inet_addr(host.c_str());
-    if (address != INADDR_NONE) return true;
-    const hostent* entry = gethostbyname(host.c_str());
-    if (!entry || entry->h_addrtype != AF_INET || !entry->h_addr_list[0]) return false;
-    address = *reinterpret_cast<const IPAddr*>(entry->h_addr_list[0]);
-    return true;
-}
-
 bool isEcho(const ICMP_ECHO_REPLY& answer, const std::vector<char>& data) {
     if (answer.Status != 0) {
         SetLastError(answer.Status);
@@ -60,11 +51,20 @@ bool isEcho(const ICMP_ECHO_REPLY& answer, const std::vector<char>& data) {
 
 }  // namespace
 
+std::uint32_t resolveHost(const std::string& host) {
+    const IPAddr address = inet_addr(host.c_str());
+    if (address != INADDR_NONE) return address;
+    const hostent* entry = gethostbyname(host.c_str());
+    if (!entry || entry->h_addrtype != AF_INET || !entry->h_addr_list[0]) return INADDR_NONE;
+    return *reinterpret_cast<const IPAddr*>(entry->h_addr_list[0]);
+}
+
 bool PingHost(const std::string& host, PingReply& reply, std::uint8_t timeToLive,
               std::uint32_t timeoutMs, std::uint32_t dataSize) {
     static const IcmpLibrary icmp;
-    IPAddr address = 0;
-    if (!icmp.loaded || !resolve(host, address)) return false;
+    if (!icmp.loaded) return false;
+    const IPAddr address = resolveHost(host);
+    if (address == INADDR_NONE) return false;
     const HANDLE handle = icmp.create();
     if (handle == INVALID_HANDLE_VALUE) return false;
 

@@ -10,6 +10,10 @@ struct PingReply {
     std::uint32_t roundTripMs;
 };
 
+// A dotted address as it is, or the first address of a name, which can take the system long.
+// Network byte order; 0xFFFFFFFF when there is none.
+std::uint32_t resolveHost(const std::string& host);
+
 // Sends one ICMP echo request of `dataSize` letters 'E' (the low 8 bits of it) and waits for the
 // answer. `host` is a dotted address or a name. True, with `reply` filled, only for one answer that
 // echoes all data with status 0; otherwise false, with the thread's last error set to the answer's

@@ -1,34 +1,47 @@
 #include "device/status_poller.h"
 
-#include <system_error>
+#include <climits>
+
+#include "log/log.h"
 
 namespace korvane {
+namespace {
 
-StatusPoller::StatusPoller(DeviceClient& client, DeviceLink& link, StatusCache& cache)
-    : client_(client), link_(link), cache_(cache), image_(std::make_unique<DeviceStatusImage>()) {}
+constexpr int faulted = INT_MIN;  // result of a poll that did not come to its end
+
+}  // namespace
+
+StatusPoller::StatusPoller(DeviceClient& client, DeviceLink& link, StatusCache& cache,
+                           Threads& threads)
+    : client_(client),
+      link_(link),
+      cache_(cache),
+      threads_(threads),
+      image_(std::make_unique<DeviceStatusImage>()) {}
 
 int StatusPoller::start() {
     stopFlag_ = false;
     ended_ = false;
+    lastResult_.reset();
     try {
-        thread_ = std::thread([this] { run(); });
-    } catch (const std::system_error&) {
+        thread_ = threads_.start("status poller", [this] { run(); });
+    } catch (const std::exception& failure) {
+        logLine(logError, "状态轮询线程启动失败: %s", failure.what());
         ended_ = true;
         return -1;
     }
     return 0;
 }
 
-void StatusPoller::join() {
-    if (thread_.joinable()) thread_.join();
-}
-
-void StatusPoller::endByForce(Force force) {
-    force(thread_);
+bool StatusPoller::endByForce() {
+    if (!client_.heldBy(id_) || !thread_->endByForce()) return false;
+    client_.takeFrom(id_);
     ended_ = true;
+    return true;
 }
 
 void StatusPoller::run() {
+    id_ = std::this_thread::get_id();
     while (!stopFlag_) {
         pollOnce();
         if (!sleepBetweenPolls()) break;
@@ -45,23 +58,50 @@ bool StatusPoller::sleepBetweenPolls() {
 }
 
 void StatusPoller::pollOnce() {
+    const int result = guardedPoll();
+    if (result != 0) cache_.invalidateImage();
+    if (!stopFlag_) note(result);
+}
+
+// What faults once is likely to do so at each poll: of a row of them the first one is logged.
+int StatusPoller::guardedPoll() {
+    int result = faulted;
+    try {
+        threads_.guarded([&] { result = poll(); });
+    } catch (const std::exception& fault) {
+        client_.abandonExchange();
+        if (lastResult_ != faulted) logLine(logError, "状态轮询异常: %s", fault.what());
+    }
+    return result;
+}
+
+int StatusPoller::poll() {
     constexpr std::uint8_t wholeSummary = 2;
+    constexpr int stopped = link_result::noAnswer;
     std::uint16_t heartbeat = 0;
     StatusSummary summary{};
-    if (client_.GetHeartbeat(heartbeat) != 0 || stopFlag_ ||
-        client_.GetStatusSummary(wholeSummary, summary) != 0) {
-        cache_.invalidateImage();
-        return;
-    }
+    int result = client_.GetHeartbeat(heartbeat);
+    if (result == 0) result = stopFlag_ ? stopped : client_.GetStatusSummary(wholeSummary, summary);
+    if (result != 0) return result;
     fromNetworkOrder(summary);
     cache_.storeSummary(summary);
 
-    if (stopFlag_ || client_.GetDeviceStatus(*image_) != 0) {
-        cache_.invalidateImage();
-        return;
-    }
+    result = stopFlag_ ? stopped : client_.GetDeviceStatus(*image_);
+    if (result != 0) return result;
     fromNetworkOrder(*image_);
     cache_.storeImage(*image_);
+    return 0;
+}
+
+// A line when the link is lost or found, none a poll.
+void StatusPoller::note(int result) {
+    const bool first = !lastResult_, found = result == 0;
+    const bool changed = first || found != (lastResult_ == 0);
+    lastResult_ = result;
+    if (!changed) return;
+    if (found && first) return logLine(logInformation, "设备连接正常");
+    if (found) return logLine(logWarning, "设备连接恢复");
+    logLine(logWarning, "设备连接中断, 结果%d", result);
 }
 
 }  // namespace korvane

@@ -2,10 +2,12 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 #include <thread>
 
 #include "device/device_client.h"
 #include "device/status_cache.h"
+#include "device/threads.h"
 
 namespace korvane {
 
@@ -13,8 +15,7 @@ namespace korvane {
 // answers in the cache. The thread holds no lock while it sleeps.
 class StatusPoller {
   public:
-    StatusPoller(DeviceClient& client, DeviceLink& link, StatusCache& cache);
-    ~StatusPoller() { join(); }
+    StatusPoller(DeviceClient& client, DeviceLink& link, StatusCache& cache, Threads& threads);
 
     // 0, or -1 when the thread could not be created.
     int start();
@@ -24,12 +25,12 @@ class StatusPoller {
     bool stopRequested() const { return stopFlag_; }
     bool ended() const { return ended_; }
     // Waits for the thread's end, which must have been asked for.
-    void join();
+    void join() { thread_.reset(); }
 
-    // The system's way to end a thread wherever it is; it leaves the thread object not joinable.
-    using Force = void (*)(std::thread&);
-    // For a thread that does not go. What it held stays held for ever.
-    void endByForce(Force force);
+    // For a thread that hangs in the system and has the link: ends it, and its hold on the link.
+    // One that does not have the link waits for nothing but that, and is left to end by itself.
+    // False when nothing was ended.
+    bool endByForce();
 
     // One poll: heartbeat, summary, status image. Stops at the first command that fails.
     void pollOnce();
@@ -37,14 +38,20 @@ class StatusPoller {
   private:
     void run();
     bool sleepBetweenPolls();
+    int guardedPoll();
+    int poll();
+    void note(int result);
 
     DeviceClient& client_;
     DeviceLink& link_;
     StatusCache& cache_;
+    Threads& threads_;
     std::unique_ptr<DeviceStatusImage> image_;  // 48 KB that a poller's stack need not carry
     std::atomic<bool> stopFlag_{false};
     std::atomic<bool> ended_{true};
-    std::thread thread_;
+    std::atomic<std::thread::id> id_;
+    std::optional<int> lastResult_;          // of a poll since start
+    std::unique_ptr<RunningThread> thread_;  // the last member: it uses the others
 };
 
 }  // namespace korvane

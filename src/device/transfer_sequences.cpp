@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "device/crc32.h"
+#include "log/log.h"
 #include "model/whole_file.h"
 
 namespace korvane {
@@ -15,6 +16,7 @@ namespace {
 
 // One step of a sequence over a configuration, and how much of the whole it counts.
 struct Step {
+    KnownCommand command;
     int (*run)(DeviceClient&, Configuration&);
     std::uint32_t weight;
 };
@@ -36,20 +38,20 @@ int activate(DeviceClient& client, Configuration&) {
 
 // Of a configuration in network order.
 constexpr std::array saveSteps = {
-    Step{&sendChannels, 1},
-    Step{&onImage<&DeviceClient::BeginConfigSet>, 1},
-    Step{&onImage<&DeviceClient::SetImageHeader>, 1},
-    Step{&onImage<&DeviceClient::SetImageBlock624>, 0},
-    Step{&onImage<&DeviceClient::SetImageBlockA>, 1},
-    Step{&onImage<&DeviceClient::SetImageBlockC>, 1},
-    Step{&onImage<&DeviceClient::SetImageBlockB>, 1},
-    Step{&onImage<&DeviceClient::SetImageBlockD>, 1},
-    Step{&onImage<&DeviceClient::SetImageBlock264>, 1},
-    Step{&onImage<&DeviceClient::SetImageBlock92>, 1},
-    Step{&onImage<&DeviceClient::SetImageBlock72>, 1},
-    Step{&onImage<&DeviceClient::EndConfigSet>, 1},
-    Step{&sendDescriptions, 2},
-    Step{&activate, 5},
+    Step{CommandCode::SetInputChannels, &sendChannels, 1},
+    Step{CommandCode::BeginConfigSet, &onImage<&DeviceClient::BeginConfigSet>, 1},
+    Step{CommandCode::SetImageHeader, &onImage<&DeviceClient::SetImageHeader>, 1},
+    Step{CommandCode::SetImageBlock624, &onImage<&DeviceClient::SetImageBlock624>, 0},
+    Step{CommandCode::SetImageBlockA, &onImage<&DeviceClient::SetImageBlockA>, 1},
+    Step{CommandCode::SetImageBlockC, &onImage<&DeviceClient::SetImageBlockC>, 1},
+    Step{CommandCode::SetImageBlockB, &onImage<&DeviceClient::SetImageBlockB>, 1},
+    Step{CommandCode::SetImageBlockD, &onImage<&DeviceClient::SetImageBlockD>, 1},
+    Step{CommandCode::SetImageBlock264, &onImage<&DeviceClient::SetImageBlock264>, 1},
+    Step{CommandCode::SetImageBlock92, &onImage<&DeviceClient::SetImageBlock92>, 1},
+    Step{CommandCode::SetImageBlock72, &onImage<&DeviceClient::SetImageBlock72>, 1},
+    Step{CommandCode::EndConfigSet, &onImage<&DeviceClient::EndConfigSet>, 1},
+    Step{CommandCode::SetServiceDescriptions, &sendDescriptions, 2},
+    Step{CommandCode::ActivateConfig, &activate, 5},
 };
 constexpr std::uint32_t cacheWeight = 1;  // of keeping a copy before a save
 
@@ -62,27 +64,22 @@ int fetchDescriptions(DeviceClient& client, Configuration& configuration) {
 int fetchParams(DeviceClient& client, Configuration& configuration) {
     return client.GetDeviceParams(configuration.params);
 }
-// The image is complete; it is read once all has arrived.
-int completeImage(DeviceClient&, Configuration&) {
-    return 0;
-}
 
 constexpr std::array loadSteps = {
-    Step{&fetchChannels, 1},
-    Step{&onImage<&DeviceClient::BeginConfigGet>, 1},
-    Step{&onImage<&DeviceClient::GetImageHeader>, 1},
-    Step{&onImage<&DeviceClient::GetImageBlock624>, 1},
-    Step{&onImage<&DeviceClient::GetImageBlockA>, 1},
-    Step{&onImage<&DeviceClient::GetImageBlockC>, 1},
-    Step{&onImage<&DeviceClient::GetImageBlockB>, 1},
-    Step{&onImage<&DeviceClient::GetImageBlockD>, 1},
-    Step{&onImage<&DeviceClient::GetImageBlock264>, 1},
-    Step{&onImage<&DeviceClient::GetImageBlock92>, 1},
-    Step{&onImage<&DeviceClient::GetImageBlock72>, 1},
-    Step{&onImage<&DeviceClient::EndConfigGet>, 0},
-    Step{&completeImage, 1},
-    Step{&fetchDescriptions, 2},
-    Step{&fetchParams, 1},
+    Step{CommandCode::GetInputChannels, &fetchChannels, 1},
+    Step{CommandCode::BeginConfigGet, &onImage<&DeviceClient::BeginConfigGet>, 1},
+    Step{CommandCode::GetImageHeader, &onImage<&DeviceClient::GetImageHeader>, 1},
+    Step{CommandCode::GetImageBlock624, &onImage<&DeviceClient::GetImageBlock624>, 1},
+    Step{CommandCode::GetImageBlockA, &onImage<&DeviceClient::GetImageBlockA>, 1},
+    Step{CommandCode::GetImageBlockC, &onImage<&DeviceClient::GetImageBlockC>, 1},
+    Step{CommandCode::GetImageBlockB, &onImage<&DeviceClient::GetImageBlockB>, 1},
+    Step{CommandCode::GetImageBlockD, &onImage<&DeviceClient::GetImageBlockD>, 1},
+    Step{CommandCode::GetImageBlock264, &onImage<&DeviceClient::GetImageBlock264>, 1},
+    Step{CommandCode::GetImageBlock92, &onImage<&DeviceClient::GetImageBlock92>, 1},
+    Step{CommandCode::GetImageBlock72, &onImage<&DeviceClient::GetImageBlock72>, 1},
+    Step{CommandCode::EndConfigGet, &onImage<&DeviceClient::EndConfigGet>, 1},
+    Step{CommandCode::GetServiceDescriptions, &fetchDescriptions, 2},
+    Step{CommandCode::GetDeviceParams, &fetchParams, 1},
 };
 
 template <class Steps>
@@ -96,6 +93,7 @@ template <class Steps>
 int runSteps(const Steps& steps, DeviceClient& client, Configuration& configuration,
              Progress& progress) {
     for (const Step& step : steps) {
+        progress.at(step.command->name);
         const int result = step.run(client, configuration);
         if (result != 0) return result;
         if (step.weight != 0) progress.add(step.weight);
@@ -105,6 +103,7 @@ int runSteps(const Steps& steps, DeviceClient& client, Configuration& configurat
 
 int sendPieces(DeviceClient& client, std::span<const std::uint8_t> bytes,
                const std::function<bool()>& stopRequested, Progress& progress) {
+    progress.at(commandOf(CommandCode::UpgradeData).name);
     constexpr std::size_t pieceSize = 10240;
     for (std::size_t offset = 0; offset < bytes.size() && !stopRequested();) {
         const auto piece = bytes.subspan(offset, std::min(pieceSize, bytes.size() - offset));
@@ -121,6 +120,7 @@ int sendPieces(DeviceClient& client, std::span<const std::uint8_t> bytes,
 int awaitUpgrade(DeviceClient& client, DeviceLink& link, Progress& progress) {
     constexpr int most = 15;
     constexpr std::uint32_t pauseMs = 1000;
+    progress.at(commandOf(CommandCode::GetUpgradeState).name);
     for (int i = 0; i < most; ++i) {
         link.sleep(pauseMs);
         std::uint8_t state = 0;
@@ -135,7 +135,8 @@ int awaitUpgrade(DeviceClient& client, DeviceLink& link, Progress& progress) {
 
 int runSave(DeviceClient& client, const ConfigModel& model, Progress& progress) {
     progress.setTotal(cacheWeight + totalOf(saveSteps));
-    model.saveCacheFile();  // a configuration that cannot be kept here can still be sent
+    // A configuration that cannot be kept here can still be sent.
+    if (model.saveCacheFile() != 0) logLine(logWarning, "配置缓存文件写入失败");
     progress.add(cacheWeight);
     const auto configuration = model.configuration();
     toNetworkOrder(*configuration);
@@ -157,6 +158,7 @@ int runUpgrade(DeviceClient& client, DeviceLink& link, const std::filesystem::pa
     // Lengths travel as 32 bits, and the checksum takes an int.
     constexpr std::size_t longest = std::numeric_limits<int>::max();
     std::vector<std::uint8_t> bytes;
+    progress.at("固件文件");
     const int read = readFile(path, longest + 1, bytes);
     if (read == file_result::cannotOpen) return upgrade_result::cannotOpen;
     if (read != 0 || bytes.size() > longest) return upgrade_result::cannotRead;
@@ -165,13 +167,16 @@ int runUpgrade(DeviceClient& client, DeviceLink& link, const std::filesystem::pa
     constexpr std::uint32_t stepBytes = 10240, otherSteps = 25;
     progress.setTotal(length / stepBytes + otherSteps);
     progress.startAt(1);
+    progress.at(commandOf(CommandCode::BeginUpgrade).name);
     const std::u8string name = path.filename().u8string();
     int result = client.BeginUpgrade({name.begin(), name.end()}, length,
                                      Crc32(bytes.data(), static_cast<int>(length)));
     if (result != 0) return result;
     progress.add(1);
     result = sendPieces(client, bytes, stopRequested, progress);
-    if (result == 0) result = client.FinishUpgrade();
+    if (result != 0) return result;
+    progress.at(commandOf(CommandCode::FinishUpgrade).name);
+    result = client.FinishUpgrade();
     return result != 0 ? result : awaitUpgrade(client, link, progress);
 }
 

@@ -51,6 +51,8 @@ class Reader {
   public:
     explicit Reader(std::span<const std::uint8_t> file) : rest_(file) {}
 
+    std::size_t left() const { return rest_.size(); }
+
     // Copies what is there of a fixed layout; the bytes that the file lacks keep their value. False
     // when it lacks any.
     template <class T>
@@ -65,14 +67,32 @@ class Reader {
     std::span<const std::uint8_t> rest_;
 };
 
-bool takeChannels(Reader& file, std::uint32_t count, FlatChannelList& channels) {
-    if (count > limits::inputChannels) return false;
-    FlatChannelList taken;
-    taken.resize(count);
-    for (InputChannelRecord& record : taken)
-        if (!file.take(record)) return false;
-    channels = taken;
-    return true;
+// Whether what is behind the channels ends where one of its parts does.
+bool endsWithAPart(std::size_t size, std::uint32_t version) {
+    const std::size_t image =
+        version == olderVersion ? sizeof(OldConfigImage) : sizeof(ConfigImage);
+    const std::size_t withParams = image + sizeof(DeviceParamBlock);
+    return size == image || size == withParams ||
+           size == withParams + sizeof(ServiceDescriptionImage);
+}
+
+// A wrong count makes channels of the image's bytes, so one above the limit is believed only of a
+// file that holds exactly the rest besides.
+bool holdsChannels(const Reader& file, const Header& header) {
+    const std::size_t count = header.channelCount;
+    if (count > file.left() / sizeof(InputChannelRecord)) return false;
+    return count <= limits::inputChannels ||
+           endsWithAPart(file.left() - count * sizeof(InputChannelRecord), header.version);
+}
+
+void takeChannels(Reader& file, std::uint32_t count, Configuration& configuration) {
+    configuration.channels.clear();
+    configuration.channelsLeftOut.clear();
+    for (std::uint32_t i = 0; i < count; ++i) {
+        InputChannelRecord record{};
+        file.take(record);
+        if (!configuration.channels.append(record)) configuration.channelsLeftOut.push_back(record);
+    }
 }
 
 // False for an unknown version.
@@ -112,8 +132,9 @@ void convertOldImage(const OldConfigImage& old, ConfigImage& image) {
 
 std::vector<std::uint8_t> encode(const Configuration& configuration) {
     std::vector<std::uint8_t> file;
-    file.reserve(longestFile);
     const FlatChannelList& channels = configuration.channels;
+    file.reserve(sizeof(Header) + channels.size() * sizeof(InputChannelRecord) +
+                 sizeof(ConfigImage) + sizeof(DeviceParamBlock) + sizeof(ServiceDescriptionImage));
     append(file, Header{currentVersion, {}, static_cast<std::uint32_t>(channels.size())});
     for (const InputChannelRecord& record : channels) append(file, record);
     append(file, configuration.image);
@@ -125,8 +146,8 @@ std::vector<std::uint8_t> encode(const Configuration& configuration) {
 int decode(std::span<const std::uint8_t> bytes, Configuration& configuration) {
     Reader file(bytes);
     Header header{};
-    if (!file.take(header) || !takeChannels(file, header.channelCount, configuration.channels))
-        return badChannelCount;
+    if (!file.take(header) || !holdsChannels(file, header)) return badChannelCount;
+    takeChannels(file, header.channelCount, configuration);
     if (!takeImage(file, header.version, configuration.image)) return unknownVersion;
     file.take(configuration.params);
     configuration.hasDescriptions = file.take(configuration.descriptions);

@@ -10,7 +10,7 @@
 //
 //     0        u32 version mark
 //     4        28 bytes, zero
-//     32       u32 number N of input channels, 0-60
+//     32       u32 number N of input channels; those beyond 60 are not taken
 //     36       N records of 120 bytes
 //     then     the configuration image, 629,896 bytes (older layout: 163,976)
 //              the device parameters, 144 bytes
@@ -27,7 +27,7 @@ enum Result : int {
     ok = 0,
     cannotOpen = -1,       // nothing changed; also: could not be read or written
     unknownVersion = -2,   // the input channels are already those of the file
-    badChannelCount = -3,  // more channels than the file or the device holds; nothing changed
+    badChannelCount = -3,  // more channels than the file holds; nothing changed
 };
 
 struct Header {
@@ -69,16 +69,15 @@ static_assert(sizeof(OldServiceSlot) == 496 && sizeof(OldFrameSlot) == 2032 &&
               offsetof(OldConfigImage, shortTime) == 81924 &&
               offsetof(OldConfigImage, continuousServices) == 163208);
 
-// More than that is no part of a file of either layout.
-inline constexpr std::size_t longestFile =
-    sizeof(Header) + limits::inputChannels * sizeof(InputChannelRecord) + sizeof(ConfigImage) +
-    sizeof(DeviceParamBlock) + sizeof(ServiceDescriptionImage);
+// More than that is not read: a file of either layout with some thousand channels.
+inline constexpr std::size_t longestFile = std::size_t{1} << 20;
 
 // The file of the current layout with this content.
 std::vector<std::uint8_t> encode(const Configuration& configuration);
 
 // Takes a file of either layout apart; what it lacks behind its channels stays as it is in
-// `configuration`. ok, unknownVersion or badChannelCount.
+// `configuration`. The first 60 channels are taken, the rest goes to `channelsLeftOut`. ok,
+// unknownVersion or badChannelCount.
 int decode(std::span<const std::uint8_t> file, Configuration& configuration);
 
 // Frame 0 gets eight services with consecutive ids and sub-frame numbers, whatever it held.

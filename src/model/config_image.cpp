@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <span>
 
 #include "model/byte_order.h"
 #include "model/configuration.h"
@@ -233,15 +234,24 @@ void decodeCa(const CaBlock& block, CaDescriptionTable& table) {
     table.entries.assign(block.entries, block.entryCount);
 }
 
-// Calls visit(service) for the services that own a slot of the description image, in its order. The
-// first continuous frame carries the control tables' own data and gets none.
+// Calls visit(service, kind) for the services that own a slot of the description image, in its
+// order. The first continuous frame carries the control tables' own data and gets none.
 template <class Tables, class Visit>
 void forEachDescribedService(Tables& tables, Visit visit) {
     auto& continuous = tables.continuous.frames;
     for (std::size_t i = 1; i < continuous.size(); ++i)
-        for (auto& service : continuous[i].services) visit(service);
+        for (auto& service : continuous[i].services) visit(service, TableKind::Continuous);
     for (auto& frame : tables.shortTime.frames)
-        for (auto& service : frame.services) visit(service);
+        for (auto& service : frame.services) visit(service, TableKind::ShortTime);
+}
+
+// The first slot with this id, or null.
+const ServiceDescription* findDescription(const ServiceDescriptionImage& image,
+                                          std::uint16_t serviceId) {
+    const std::span slots(image.slots.data(),
+                          std::min<std::size_t>(image.count, image.slots.size()));
+    const auto found = std::ranges::find(slots, serviceId, &ServiceDescription::serviceId);
+    return found != slots.end() ? &*found : nullptr;
 }
 
 }  // namespace
@@ -297,29 +307,34 @@ void fromNetworkOrder(Configuration& configuration) {
     turnFields(configuration);
 }
 
-void encodeDescriptions(const ConfigTables& tables, ServiceDescriptionImage& image) {
+const ServiceDescription& descriptionOf(const ServiceRecord& service, TableKind kind,
+                                        const ServiceDescriptionImage& last) {
+    if (kind == TableKind::Continuous || service.description != ServiceDescription{})
+        return service.description;
+    const ServiceDescription* found = findDescription(last, service.serviceId);
+    return found ? *found : service.description;
+}
+
+void encodeDescriptions(const ConfigTables& tables, const ServiceDescriptionImage& last,
+                        ServiceDescriptionImage& image) {
     image = {};
-    forEachDescribedService(tables, [&image](const ServiceRecord& service) {
-        if (image.count < image.slots.size()) image.slots[image.count++] = service.description;
+    forEachDescribedService(tables, [&](const ServiceRecord& service, TableKind kind) {
+        if (image.count < image.slots.size())
+            image.slots[image.count++] = descriptionOf(service, kind, last);
     });
 }
 
 void decodeDescriptions(const ServiceDescriptionImage& image, ConfigTables& tables) {
-    const auto first = image.slots.begin();
-    const auto last = first + std::min<std::size_t>(image.count, image.slots.size());
     for (MultiplexFrame& frame : tables.continuous.frames) {
         for (ServiceRecord& service : frame.services) {
-            const auto found =
-                std::find_if(first, last, [&service](const ServiceDescription& slot) {
-                    return slot.serviceId == service.serviceId;
-                });
-            service.description = found != last ? *found : ServiceDescription{};
+            const ServiceDescription* found = findDescription(image, service.serviceId);
+            service.description = found ? *found : ServiceDescription{};
         }
     }
 }
 
 void setDefaultDescriptions(ConfigTables& tables) {
-    forEachDescribedService(tables, [](ServiceRecord& service) {
+    forEachDescribedService(tables, [](ServiceRecord& service, TableKind) {
         ServiceDescription& description = service.description;
         description = {};
         description.serviceId = service.serviceId;

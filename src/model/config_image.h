@@ -162,11 +162,18 @@ void toNetworkOrder(ConfigImage& image);
 void fromNetworkOrder(ConfigImage& image);
 
 // The description image, in host order: the services of the continuous frames but the first, then
-// those of the short-time frames. What exceeds its 40 slots is left out.
-void encodeDescriptions(const ConfigTables& tables, ServiceDescriptionImage& image);
+// those of the short-time frames, as descriptionOf has them. What exceeds its 40 slots is left out.
+void encodeDescriptions(const ConfigTables& tables, const ServiceDescriptionImage& last,
+                        ServiceDescriptionImage& image);
+
+// What a service is called, where `last` is the description image that came last: its own
+// description or, for one of a short-time frame whose own is all zero (decodeDescriptions leaves it
+// so), the first slot with its id. Else a save after a load would wipe those names on the device.
+const ServiceDescription& descriptionOf(const ServiceRecord& service, TableKind kind,
+                                        const ServiceDescriptionImage& last);
 
 // Gives each service of the continuous table the first description with its id, or an empty one.
-// Services of the short-time table keep what they have: the device's habit, and kept.
+// Services of the short-time table keep what they have.
 void decodeDescriptions(const ServiceDescriptionImage& image, ConfigTables& tables);
 
 // Descriptions for a configuration that came without: "节目<service id>", provider "内部生成"

@@ -1,6 +1,7 @@
 #include "model/config_model.h"
 
 #include <memory>
+#include <utility>
 
 #include "model/config_file.h"
 #include "model/whole_file.h"
@@ -32,6 +33,7 @@ void ConfigModel::load(const Configuration& from, bool withDeviceParams) {
     setFlatChannels(from.channels);
     decodeImage(from.image, tables_);
     if (withDeviceParams) deviceParams_ = from.params;
+    lastDescriptions_ = from.descriptions;
     if (from.hasDescriptions)
         decodeDescriptions(from.descriptions, tables_);
     else
@@ -43,7 +45,7 @@ std::unique_ptr<Configuration> ConfigModel::configuration() const {
     result->channels = flatChannels_;
     encodeImage(tables_, result->image);
     result->params = deviceParams_;
-    encodeDescriptions(tables_, result->descriptions);
+    encodeDescriptions(tables_, lastDescriptions_, result->descriptions);
     return result;
 }
 
@@ -52,7 +54,8 @@ int ConfigModel::saveConfigFile(const std::filesystem::path& path) const {
     return replaceFile(path, bytes) ? config_file::ok : config_file::cannotOpen;
 }
 
-int ConfigModel::loadConfigFile(const std::filesystem::path& path, bool withDeviceParams) {
+int ConfigModel::loadConfigFile(const std::filesystem::path& path, bool withDeviceParams,
+                                ChannelsLeftOut& leftOut) {
     std::vector<std::uint8_t> bytes;
     if (readFile(path, config_file::longestFile, bytes) != 0) return config_file::cannotOpen;
     const auto content = std::make_unique<Configuration>();
@@ -60,6 +63,7 @@ int ConfigModel::loadConfigFile(const std::filesystem::path& path, bool withDevi
     const int result = config_file::decode(bytes, *content);
     if (result == config_file::unknownVersion) setFlatChannels(content->channels);
     if (result == config_file::ok) load(*content, withDeviceParams);
+    leftOut = std::move(content->channelsLeftOut);
     return result;
 }
 
@@ -68,9 +72,9 @@ int ConfigModel::saveCacheFile() const {
     return path.empty() ? config_file::cannotOpen : saveConfigFile(path);
 }
 
-int ConfigModel::loadCacheFile() {
+int ConfigModel::loadCacheFile(ChannelsLeftOut& leftOut) {
     const std::filesystem::path path = cacheFile();
-    const int result = path.empty() ? config_file::cannotOpen : loadConfigFile(path, true);
+    const int result = path.empty() ? config_file::cannotOpen : loadConfigFile(path, true, leftOut);
     if (result != config_file::ok) resetModel();
     return result;
 }

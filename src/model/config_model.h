@@ -46,6 +46,11 @@ class ConfigModel {
     // Everything, in the form in which it is sent and filed.
     std::unique_ptr<Configuration> configuration() const;
 
+    // What a service of a table is called, see config_image.h.
+    const ServiceDescription& description(TableKind kind, const ServiceRecord& service) const {
+        return descriptionOf(service, kind, lastDescriptions_);
+    }
+
     // Empties everything: what an all-zero image and an all-zero parameter block decode to.
     void resetModel();
 
@@ -58,10 +63,12 @@ class ConfigModel {
 
     // See config_file.h for results and the layout.
     int saveConfigFile(const std::filesystem::path& path) const;
-    int loadConfigFile(const std::filesystem::path& path, bool withDeviceParams);
+    // Input channels of the file beyond the 60 that the model holds go to `leftOut`.
+    int loadConfigFile(const std::filesystem::path& path, bool withDeviceParams,
+                       ChannelsLeftOut& leftOut);
     int saveCacheFile() const;
     // A file that is not taken leaves an empty model, not a part of what it holds.
-    int loadCacheFile();
+    int loadCacheFile(ChannelsLeftOut& leftOut);
 
     // Table set and image header.
 
@@ -180,6 +187,7 @@ class ConfigModel {
     std::array<FlatChannelList, limits::channelTypes> channels_;
     FlatChannelList flatChannels_;
     DeviceParamBlock deviceParams_{};
+    ServiceDescriptionImage lastDescriptions_{};  // of the last load
     std::string deviceKey_;
     std::filesystem::path cacheDirectory_;
     std::uint8_t tableSet_ = 0;

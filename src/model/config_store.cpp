@@ -31,12 +31,6 @@ int setAt(List& list, std::size_t index, const typename List::value_type& value)
     return done;
 }
 
-// Two channel records name the same stream: mode, position, address, port and what lies between.
-bool sameStream(const InputChannelRecord& a, const InputChannelRecord& b) {
-    constexpr std::size_t compared = 12;
-    return std::memcmp(&a, &b, compared) == 0;
-}
-
 bool usesStream(const MultiplexFrame& frame, const InputChannelRecord& channel) {
     return std::any_of(
         frame.services.begin(), frame.services.end(), [&channel](const ServiceRecord& service) {

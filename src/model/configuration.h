@@ -1,13 +1,18 @@
 #pragma once
 
+#include <vector>
+
 #include "model/config_image.h"
 
 namespace korvane {
+
+using ChannelsLeftOut = std::vector<InputChannelRecord>;
 
 // A whole configuration in the form in which devices and files hold it, numbers in host order.
 // 680 KB: it belongs on no stack.
 struct Configuration {
     FlatChannelList channels;
+    ChannelsLeftOut channelsLeftOut;  // of a file that holds more
     ConfigImage image{};
     DeviceParamBlock params{};
     ServiceDescriptionImage descriptions{};

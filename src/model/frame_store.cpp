@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "log/log.h"
 #include "model/config_model.h"
 #include "model/edit_result.h"
 
@@ -66,22 +67,24 @@ void ConfigModel::renumberTimeSlots() {
         for (std::uint8_t& slot : frame.timeSlots) slot = next++;
 }
 
-// Entries of other channels stay, in their order, behind those of the current one.
+// Entries of other channels stay, in their order, behind those of the current one. What was loaded,
+// or the own channel's number, may leave too little room for them.
 void ConfigModel::rebuildServiceFrequencies() {
     const std::uint8_t channel = tables_.continuous.header[1];
     auto& entries = tables_.continuousServices.entries;
-    auto foreign = entries;
-    for (std::size_t i = foreign.size(); i-- > 0;)
-        if (foreign[i].channelNumber == channel) foreign.erase(i);
-
-    const std::size_t room = limits::serviceFrequencies - foreign.size();
+    const auto before = entries;
+    std::size_t cut = 0;
+    const auto append = [&entries, &cut](const ServiceFrequencyEntry& entry) {
+        if (!entries.append(entry)) ++cut;
+    };
     entries.clear();
-    for (const MultiplexFrame& frame : tables_.continuous.frames) {
-        if (frame.id == 0) continue;
-        for (const ServiceRecord& service : frame.services)
-            if (entries.size() < room) entries.append({service.serviceId, channel, 0});
-    }
-    for (const ServiceFrequencyEntry& entry : foreign) entries.append(entry);
+    for (const MultiplexFrame& frame : tables_.continuous.frames)
+        if (frame.id != 0)
+            for (const ServiceRecord& service : frame.services)
+                append({service.serviceId, channel, 0});
+    for (const ServiceFrequencyEntry& entry : before)
+        if (entry.channelNumber != channel) append(entry);
+    if (cut != 0) logLine(logWarning, "持续业务配置表已满, 末尾%zu项被舍去", cut);
 }
 
 void ConfigModel::afterFrameChange(TableKind kind) {

@@ -126,6 +126,13 @@ static_assert(sizeof(InputChannelRecord) == 120 && offsetof(InputChannelRecord, 
               offsetof(InputChannelRecord, channelId) == 52 &&
               offsetof(InputChannelRecord, maxSendIntervalMs) == 56);
 
+// Whether two records name the same stream: mode, address, port and what lies between, wherever in
+// the list of channels either stood when it was copied.
+inline bool sameStream(const InputChannelRecord& a, const InputChannelRecord& b) {
+    return a.receiveMode == b.receiveMode && a.carried2 == b.carried2 && a.address == b.address &&
+           a.port == b.port && a.carried10 == b.carried10;
+}
+
 // Up to 60 input channels in the order in which they are sent and filed.
 using FlatChannelList = BoundedList<InputChannelRecord, limits::inputChannels>;
 

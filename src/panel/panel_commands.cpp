@@ -93,7 +93,8 @@ void PanelCommands::importFile() {
 int PanelCommands::importInto(const std::filesystem::path& path, bool withDeviceParams) {
     ConfigModel& model = manager_.model();
     const FlatChannelList channels = model.flatChannels();
-    const int result = model.loadConfigFile(path, withDeviceParams);
+    ChannelsLeftOut leftOut;
+    const int result = model.loadConfigFile(path, withDeviceParams, leftOut);
     if (result != 0) model.setFlatChannels(channels);
     return result;
 }

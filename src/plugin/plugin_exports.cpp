@@ -1,35 +1,23 @@
 #include <windows.h>
-#include <pthread.h>
 
 #include <cstddef>
 #include <filesystem>
 #include <new>
-#include <thread>
 
 #include "device/device_manager.h"
 #include "device/monitor_thread.h"
 #include "device/ping_host.h"
+#include "device/reachability.h"
+#include "device/runtime_threads.h"
 #include "device/udp_link.h"
 #include "korvane/plugin.h"
+#include "log/log.h"
 #include "panel/main_panel.h"
 #include "plugin/host_border.h"
 #include "ui/modal.h"
 
 namespace korvane {
 namespace {
-
-bool ping(const std::string& host) {
-    constexpr std::uint8_t timeToLive = 10;
-    constexpr std::uint32_t timeoutMs = 150, dataSize = 32;
-    PingReply reply{};
-    return PingHost(host, reply, timeToLive, timeoutMs, dataSize);
-}
-
-// With exit code 1.
-void endByForce(std::thread& thread) {
-    TerminateThread(pthread_gethandle(thread.native_handle()), 1);
-    thread.detach();
-}
 
 std::filesystem::path hostDirectory() {
     constexpr DWORD longestPath = 32768;
@@ -59,8 +47,11 @@ class LibraryHold {
 };
 
 struct Plugin {
-    UdpDeviceLink link{&ping};
-    DeviceManager manager{link, hostDirectory(), &endByForce};
+    Plugin() { setLogSink(&processLog()); }
+
+    Reachability device{&resolveHost};
+    UdpDeviceLink link{[this](const std::string&) { return device.answers(); }};
+    DeviceManager manager{link, hostDirectory(), runtimeThreads()};
     // For devices that send their status unasked. Today's are polled: it is not started.
     MonitorThread monitor;
     PanelWindowObject object;  // what the host gets
@@ -77,9 +68,16 @@ Plugin& plugin() {
     return *instance;
 }
 
-int startDevice(DeviceManager& manager, const void* address) {
+int startDevice(Plugin& self, const void* address) {
     try {
-        return manager.Start(hostText(address)) == 0 ? KORVANE_STARTED : KORVANE_DEVICE_FAILED;
+        const std::string device = hostText(address);
+        const int result = self.manager.Start(device);
+        // Now that nothing asks any more whether the device before answers.
+        self.device.watch(device);
+        return result == 0 ? KORVANE_STARTED : KORVANE_DEVICE_FAILED;
+    } catch (const std::exception& error) {
+        logLine(logError, "启动失败: %s", error.what());
+        return KORVANE_DEVICE_FAILED;
     } catch (...) {
         return KORVANE_DEVICE_FAILED;
     }
@@ -91,10 +89,12 @@ int start(void* window, const void* address) {
     dismissModals();
     self.hold.take();
     self.started = true;
-    const int result = startDevice(self.manager, address);
+    const int result = startDevice(self, address);
     // A panel that is there already shows another device, or none, from now on.
     self.panel.refresh();
-    return self.panel.create(hostWindow(window)) ? result : KORVANE_NO_PANEL;
+    if (self.panel.create(hostWindow(window))) return result;
+    logLine(logError, "面板窗口创建失败");
+    return KORVANE_NO_PANEL;
 }
 
 void stop() {

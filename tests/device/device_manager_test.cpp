@@ -1,6 +1,7 @@
 #include "device/device_manager.h"
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <gtest/gtest.h>
 #include <mutex>
@@ -10,6 +11,7 @@
 #include "device/command_frame.h"
 #include "device/udp_link.h"
 #include "simulator/simulator_link.h"
+#include "support/recorded_log.h"
 #include "support/recording_sink.h"
 #include "support/scratch_directory.h"
 #include "support/scripted_link.h"
@@ -167,6 +169,27 @@ TEST_F(Manager, StopFailsATransferUnderWayOnce) {
     EXPECT_EQ(manager_.client().RebootDevice(), -1);
 }
 
+TEST_F(Manager, TheLogTellsOfStartStopAndTheCache) {
+    test::RecordedLog log;
+    manager_.model().setDeviceKey("10.1.2.3");
+    ASSERT_EQ(manager_.model().saveCacheFile(), 0);
+    ASSERT_EQ(manager_.Start("10.1.2.3"), 0);
+    manager_.Stop();
+    manager_.Stop();
+    std::filesystem::resize_file(scratch_.path() / "10.1.2.3.dat", 3);
+    manager_.Start("10.1.2.3");
+    link_.openWorks = false;
+    EXPECT_EQ(manager_.Start("10.9.9.9"), -1);
+    manager_.Stop();
+    for (const auto& [text, times] : {std::pair{"0 启动, 设备10.1.2.3", 2},
+                                      {"0 停止, 设备10.1.2.3", 1},
+                                      {"0 已读取配置缓存", 1},
+                                      {"1 配置缓存文件未被采用, 结果-3", 1},
+                                      {"2 启动失败, 设备10.9.9.9", 1},
+                                      {"停止", 1}})
+        EXPECT_EQ(log.count(text), times) << text;
+}
+
 TEST_F(Manager, WithoutASocketNothingRuns) {
     link_.openWorks = false;
     ASSERT_EQ(manager_.model().addChannel({}, ConfigModel::atEnd), 0);
@@ -226,31 +249,97 @@ class StuckLink : public SilentAtLink {
     std::atomic<bool> stuck{false}, released{false};
 };
 
+// Threads that can be ended by force, as far as the panel can tell: one that was is left alone,
+// and holds what it held.
+class ForcibleThreads : public Threads {
+  public:
+    std::unique_ptr<RunningThread> start(const char*, std::function<void()> work) override {
+        return std::make_unique<Forcible>(*this, std::move(work));
+    }
+    void guarded(const std::function<void()>& work) override { work(); }
+
+    std::atomic<int> forced{0};
+    std::thread abandoned;
+
+  private:
+    class Forcible : public RunningThread {
+      public:
+        Forcible(ForcibleThreads& owner, std::function<void()> work)
+            : owner_(owner), thread_(std::move(work)) {}
+        ~Forcible() override {
+            if (thread_.joinable()) thread_.join();
+        }
+        bool endByForce() override {
+            owner_.abandoned = std::move(thread_);
+            ++owner_.forced;
+            return true;
+        }
+
+      private:
+        ForcibleThreads& owner_;
+        std::thread thread_;
+    };
+};
+
 TEST(ManagerWithHangingPoller, StopEndsItByForceAndTheNextStartWorks) {
     const test::ScratchDirectory scratch;
     SimulatedDevice device;
     StuckLink link(device, anyCommand);
-    static int forced;
-    static std::thread abandoned;
-    forced = 0;
-    DeviceManager manager(link, scratch.path(), [](std::thread& thread) {
-        ++forced;
-        abandoned = std::move(thread);  // as good as dead: it holds what it held
-    });
+    ForcibleThreads threads;
+    test::RecordedLog log;
+    DeviceManager manager(link, scratch.path(), threads);
     ASSERT_EQ(manager.Start("10.1.2.3"), 0);
     while (!link.stuck) std::this_thread::yield();
     // A transfer waits for the link that the poller holds.
     const auto sink = newSink();
     ASSERT_EQ(manager.startUpload(sink), 0);
     EXPECT_EQ(manager.Stop(), 0);
-    EXPECT_EQ(forced, 1);
+    EXPECT_EQ(threads.forced, 1);
+    EXPECT_EQ(log.count("强制结束"), 1);
     EXPECT_EQ(sink->outcomes(), 1);
     EXPECT_NE(sink->outcome(), 0);
     EXPECT_EQ(manager.Start("10.1.2.3"), 0);
     EXPECT_EQ(manager.Stop(), 0);
-    EXPECT_EQ(forced, 1);
+    EXPECT_EQ(threads.forced, 1);
     link.released = true;
-    abandoned.join();
+    threads.abandoned.join();
+}
+
+// A transfer that holds the link while the system takes its time, cancelled or not.
+class SlowPingLink : public SilentAtLink {
+  public:
+    using SilentAtLink::SilentAtLink;
+    int receive(void* buffer, std::size_t capacity, std::uint32_t& received,
+                std::uint32_t timeoutMs) override {
+        return timeoutMs == 0 ? SilentAtLink::receive(buffer, capacity, received, timeoutMs) : -1;
+    }
+    // Until somebody has been ended by force, or so long that nobody will be any more.
+    bool isReachable(const std::string&) override {
+        using namespace std::chrono_literals;
+        const auto end = std::chrono::steady_clock::now() + 3s;
+        pinging = true;
+        while (threads->forced == 0 && std::chrono::steady_clock::now() < end)
+            std::this_thread::sleep_for(1ms);
+        return false;
+    }
+    ForcibleThreads* threads = nullptr;
+    std::atomic<bool> pinging{false};
+};
+
+TEST(ManagerWithSlowTransfer, StopWaitsForItAndForcesNoPollerThatMerelyWaits) {
+    const test::ScratchDirectory scratch;
+    SimulatedDevice device;
+    SlowPingLink link(device, anyCommand);
+    ForcibleThreads threads;
+    link.threads = &threads;
+    DeviceManager manager(link, scratch.path(), threads);
+    ASSERT_EQ(manager.Start("10.1.2.3"), 0);
+    const auto sink = newSink();
+    ASSERT_EQ(manager.startUpload(sink), 0);
+    while (!link.pinging) std::this_thread::yield();
+    EXPECT_EQ(manager.Stop(), 0);
+    EXPECT_EQ(threads.forced, 0);
+    EXPECT_EQ(sink->outcome(), -8);
 }
 
 // The link over real sockets, and a load that Stop cuts off: nothing may be left that still uses

@@ -1,10 +1,13 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <memory>
+#include <stdexcept>
+#include <thread>
 
 #include "device/status_cache.h"
 #include "device/status_poller.h"
 #include "support/bytes.h"
+#include "support/recorded_log.h"
 #include "support/scripted_link.h"
 
 namespace korvane {
@@ -66,7 +69,7 @@ class Poller : public testing::Test {
     test::ScriptedLink link_;
     DeviceClient client_{link_};
     StatusCache cache_;
-    StatusPoller poller_{client_, link_, cache_};
+    StatusPoller poller_{client_, link_, cache_, plainThreads()};
 };
 
 TEST_F(Poller, StoresSummaryAndImageInHostOrder) {
@@ -110,6 +113,41 @@ TEST_F(Poller, EachFailureInvalidatesTheImageAndEndsThePollButKeepsTheSummary) {
     EXPECT_TRUE(link_.pinged.empty());
 }
 
+TEST_F(Poller, TheLogHasALineWhenTheLinkIsLostOrFoundAndNoneAPoll) {
+    test::RecordedLog log;
+    for (const bool answered : {true, true, false, false, true, true}) {
+        if (answered) answersAll();
+        poller_.pollOnce();
+    }
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{"0 设备连接正常", "1 设备连接中断, 结果-2",
+                                                     "1 设备连接恢复"}));
+}
+
+// Of a row of polls that end so, the first is in the log with all that is known.
+TEST(PollerWithAFault, FailsThatPollAndGivesTheLinkBack) {
+    class FaultyLink : public test::ScriptedLink {
+      public:
+        int send(std::uint32_t address, std::uint16_t port, std::uint32_t timeoutMs,
+                 const void* data, std::uint16_t length) override {
+            if (faulty) throw std::runtime_error("planted");
+            return ScriptedLink::send(address, port, timeoutMs, data, length);
+        }
+        bool faulty = true;
+    } link;
+    test::RecordedLog log;
+    DeviceClient client(link);
+    StatusCache cache;
+    StatusPoller poller(client, link, cache, plainThreads());
+    ASSERT_EQ(client.Start("10.1.2.3"), 0);
+    for (int i = 0; i < 3; ++i) poller.pollOnce();
+    EXPECT_EQ(log.count("状态轮询异常: planted"), 1);
+    link.faulty = false;
+    link.staysSilent();
+    link.answers(frameOf(4001, 0));
+    std::thread([&client] { EXPECT_EQ(client.RebootDevice(), 0); }).join();
+    EXPECT_EQ(link.receiveTimeouts.front(), 3000u) << "not the poller's";
+}
+
 // Stops the poller when it has slept often enough.
 class StoppingLink : public test::ScriptedLink {
   public:
@@ -124,7 +162,7 @@ TEST(PollerThread, PollsEveryTwoSecondsAndEndsSoonAfterItIsAsked) {
     StoppingLink link;
     DeviceClient client(link);
     StatusCache cache;
-    StatusPoller poller(client, link, cache);
+    StatusPoller poller(client, link, cache, plainThreads());
     link.poller = &poller;
     ASSERT_EQ(client.Start("10.1.2.3"), 0);
     ASSERT_EQ(poller.start(), 0);

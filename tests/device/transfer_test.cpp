@@ -13,6 +13,7 @@
 #include "simulator/simulator_link.h"
 #include "support/bytes.h"
 #include "support/configurations.h"
+#include "support/recorded_log.h"
 #include "support/recording_sink.h"
 #include "support/scratch_directory.h"
 
@@ -40,7 +41,7 @@ class Transfer : public testing::Test {
     int run(const TransferWorker::Sequence& sequence) {
         commands_.clear();
         sink_ = std::make_shared<RecordingSink>();
-        EXPECT_EQ(worker_.start(sink_, sequence), 0);
+        EXPECT_EQ(worker_.start("transfer", sink_, sequence), 0);
         worker_.join();
         EXPECT_EQ(sink_->outcomes(), 1);
         return sink_->outcome();
@@ -74,7 +75,7 @@ class Transfer : public testing::Test {
     SimulatedDevice device_;
     SimulatorLink link_{device_};
     DeviceClient client_{link_};
-    TransferWorker worker_{link_};
+    TransferWorker worker_{client_, link_, plainThreads()};
     std::unique_ptr<ConfigModel> model_ = std::make_unique<ConfigModel>();
     std::shared_ptr<RecordingSink> sink_;
     std::vector<std::uint32_t> commands_;
@@ -133,6 +134,34 @@ TEST_P(SequenceStops, AtTheFirstRefusalAndReportsItsStatus) {
     ASSERT_FALSE(commands_.empty());
     EXPECT_EQ(commands_.back(), code);
     EXPECT_TRUE(model_->tables() == *before);
+}
+
+// What a station reads afterwards.
+TEST_F(Transfer, TheLogNamesTheStepItStoppedAt) {
+    const std::tuple<const char*, std::function<int()>, std::vector<std::string>> cases[] = {
+        {"refuse=7@2004",
+         [this] { return save(); },
+         {"1 命令2004 SetImageBlockA: 设备拒绝, 状态7, 尝试1次",
+          "2 transfer: 失败, 结果7, 停在SetImageBlockA, 用时0.6秒"}},
+        {"silence@4000",
+         [this] { return save(); },
+         {"1 命令4000 ActivateConfig: 失败, 结果-2, 尝试2次",
+          "2 transfer: 失败, 结果-2, 停在ActivateConfig, 用时7.4秒"}},
+        {"refuse=9@4010",
+         [this] { return upgrade("vxWorks", 100); },
+         {"1 命令4010 FinishUpgrade: 设备拒绝, 状态9, 尝试1次",
+          "2 transfer: 失败, 结果9, 停在FinishUpgrade, 用时0.0秒"}},
+        {"late@2001:1", [this] { return save(); }, {}},
+    };
+    for (const auto& [fault, transfer, lines] : cases) {
+        test::RecordedLog log;
+        inject(fault);
+        EXPECT_EQ(transfer() == 0, lines.empty()) << fault;
+        std::vector<std::string> kept = log.lines();
+        std::erase_if(kept, [](const std::string& line) { return line[0] == '0'; });
+        EXPECT_EQ(kept, lines) << fault;
+        EXPECT_EQ(log.count("transfer: 成功"), lines.empty() ? 1 : 0);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Commands, SequenceStops,
@@ -199,13 +228,13 @@ TEST_F(Transfer, OneTransferAtATime) {
     const auto first = std::make_shared<RecordingSink>();
     const auto second = std::make_shared<RecordingSink>();
     const std::uint64_t before = link_.nowMs();
-    ASSERT_EQ(worker_.start(first,
+    ASSERT_EQ(worker_.start("one", first,
                             [&release](Progress&) {
                                 while (!release) std::this_thread::yield();
                                 return 0;
                             }),
               0);
-    EXPECT_EQ(worker_.start(second, [](Progress&) { return 0; }), -1);
+    EXPECT_EQ(worker_.start("two", second, [](Progress&) { return 0; }), -1);
     release = true;
     worker_.join();
     EXPECT_TRUE(second->percentages().empty());

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
+#include "model/channel_text.h"
 #include "model/config_model.h"
 #include "model/object_bytes.h"
 #include "model/whole_file.h"
@@ -231,6 +232,7 @@ TEST(CurrentLayout, IsWrittenToItsPlaces) {
 }
 
 TEST(Loading, RefusesWhatItCannotReadAndThenSaysHowMuchItTook) {
+    ChannelsLeftOut leftOut;
     struct Case {
         const char* what;
         std::initializer_list<int> mark, count;
@@ -239,7 +241,7 @@ TEST(Loading, RefusesWhatItCannotReadAndThenSaysHowMuchItTook) {
     };
     const Case cases[] = {
         {"cut head", {0x0C, 0x10}, {0}, 35, -3},
-        {"61 channels", {0x0C, 0x10}, {61}, 100000, -3},
+        {"61 channels, and then half an image", {0x0C, 0x10}, {61}, 100000, -3},
         {"count below 2^31", {0x0C, 0x10}, {0xFF, 0xFF, 0xFF, 0x7F}, 1000, -3},
         {"count above 2^31", {0x0C, 0x10}, {0xFF, 0xFF, 0xFF, 0xFF}, 1000, -3},
         {"one byte short of three", {0x0C, 0x10}, {3}, head + 3 * record - 1, -3},
@@ -257,7 +259,7 @@ TEST(Loading, RefusesWhatItCannotReadAndThenSaysHowMuchItTook) {
         const auto model = std::make_unique<ConfigModel>();
         const auto before = someConfiguration();
         model->load(*before);
-        EXPECT_EQ(model->loadConfigFile(path, true), c.result) << c.what;
+        EXPECT_EQ(model->loadConfigFile(path, true, leftOut), c.result) << c.what;
         const auto after = model->configuration();
         if (c.result == -2) {
             ASSERT_EQ(model->flatChannels().size(), 1u) << "the channels are the file's";
@@ -266,12 +268,35 @@ TEST(Loading, RefusesWhatItCannotReadAndThenSaysHowMuchItTook) {
         }
         EXPECT_TRUE(config_file::encode(*after) == config_file::encode(*before)) << c.what;
     }
-    EXPECT_EQ(std::make_unique<ConfigModel>()->loadConfigFile(scratch.path() / "missing.dat", true),
+    EXPECT_EQ(std::make_unique<ConfigModel>()->loadConfigFile(scratch.path() / "missing.dat", true,
+                                                              leftOut),
               -1);
-    EXPECT_EQ(std::make_unique<ConfigModel>()->loadConfigFile(scratch.path(), true), -1);
+    EXPECT_EQ(std::make_unique<ConfigModel>()->loadConfigFile(scratch.path(), true, leftOut), -1);
+}
+
+// Made for another panel, or by hand. A count that would make channels of the image is a wrong one.
+TEST_P(EachLayout, OfMoreThan60ChannelsTheFirstAreTakenAndTheRestNamed) {
+    const Layout& layout = GetParam();
+    Bytes file = layout.emptyFile(62);
+    put(file, head + 61 * record + 4, {225, 1, 2, 9, 0x88, 0x13});
+    put(file, head + 62 * record + 24, {0x34, 0x12});  // network number
+    for (const std::size_t end : {layout.params(62), layout.descriptions(62), layout.end(62)}) {
+        for (const int offBy : {-1, 0, 1}) {
+            Bytes cut = file;
+            cut.resize(end + static_cast<std::size_t>(offBy));
+            const auto content = std::make_unique<Configuration>();
+            ASSERT_EQ(config_file::decode(cut, *content), offBy == 0 ? 0 : -3) << end;
+            if (offBy != 0) continue;
+            EXPECT_EQ(content->channels.size(), 60u);
+            ASSERT_EQ(content->channelsLeftOut.size(), 2u);
+            EXPECT_EQ(channelName(content->channelsLeftOut[1]), "视频 225.1.2.9:5000");
+            EXPECT_EQ(content->image.network.networkNumber, 0x1234);
+        }
+    }
 }
 
 TEST(Loading, TakesTheDeviceParametersWhenAskedToAndRecordsOfNoKnownTypeNever) {
+    ChannelsLeftOut leftOut;
     const test::ScratchDirectory scratch;
     const auto path = scratch.path() / "x.dat";
     auto configuration = someConfiguration();
@@ -282,7 +307,7 @@ TEST(Loading, TakesTheDeviceParametersWhenAskedToAndRecordsOfNoKnownTypeNever) {
         DeviceParamBlock params{};
         std::strcpy(params.controlPort.address.data(), "10.9.9.9");
         model->setDeviceParams(params);
-        ASSERT_EQ(model->loadConfigFile(path, asked), 0);
+        ASSERT_EQ(model->loadConfigFile(path, asked, leftOut), 0);
         EXPECT_STREQ(model->deviceParams().controlPort.address.data(),
                      asked ? "10.0.0.5" : "10.9.9.9");
         ASSERT_EQ(model->flatChannels().size(), 1u);
@@ -292,6 +317,7 @@ TEST(Loading, TakesTheDeviceParametersWhenAskedToAndRecordsOfNoKnownTypeNever) {
 }
 
 TEST(Cache, IsNamedAfterTheDeviceAndTakenWholeOrNotAtAll) {
+    ChannelsLeftOut leftOut;
     const test::ScratchDirectory scratch;
     const auto path = scratch.path() / "10.0.0.5.dat";
     const auto model = std::make_unique<ConfigModel>();
@@ -305,7 +331,7 @@ TEST(Cache, IsNamedAfterTheDeviceAndTakenWholeOrNotAtAll) {
     EXPECT_EQ(model->saveCacheFile(), 0);
     const Bytes file = config_file::encode(*model->configuration());
     model->resetModel();
-    EXPECT_EQ(model->loadCacheFile(), 0);
+    EXPECT_EQ(model->loadCacheFile(leftOut), 0);
     EXPECT_TRUE(config_file::encode(*model->configuration()) == file);
 
     const Bytes empty = config_file::encode(*std::make_unique<ConfigModel>()->configuration());
@@ -313,7 +339,7 @@ TEST(Cache, IsNamedAfterTheDeviceAndTakenWholeOrNotAtAll) {
         Bytes bad(file.begin(), file.begin() + head + record);
         put(bad, 0, {version});
         ASSERT_TRUE(replaceFile(path, bad));
-        EXPECT_LT(model->loadCacheFile(), 0);
+        EXPECT_LT(model->loadCacheFile(leftOut), 0);
         EXPECT_TRUE(config_file::encode(*model->configuration()) == empty) << version;
     }
 }

@@ -236,7 +236,7 @@ TEST(Descriptions, SkipTheFirstContinuousFrameAndKeepTheTablesOrder) {
     tables->shortTime.frames.append(test::frame(0, {test::service(1, 301)}));
     tables->continuous.frames[1].services[0].description.language = {'z', 'h', 'o'};
     auto image = std::make_unique<ServiceDescriptionImage>();
-    encodeDescriptions(*tables, *image);
+    encodeDescriptions(*tables, {}, *image);
     toNetworkOrder(*image);
     EXPECT_EQ(bytesAt(*image, 0, 6), "00 C9 7A 68 6F 00");
     EXPECT_EQ(bytesAt(*image, 1046, 2), "00 CA");
@@ -244,7 +244,7 @@ TEST(Descriptions, SkipTheFirstContinuousFrameAndKeepTheTablesOrder) {
     EXPECT_EQ(bytesAt(*image, 41840, 6), "00 00 00 03 00 00");
 
     decodeImage(*test::randomImage(1, true), *tables);
-    encodeDescriptions(*tables, *image);
+    encodeDescriptions(*tables, {}, *image);
     EXPECT_EQ(image->count, 40u);
 }
 
@@ -269,6 +269,40 @@ TEST(Descriptions, AreMatchedByServiceIdInTheContinuousTableOnly) {
     image->count = 0xFFFFFFFF;
     decodeDescriptions(*image, *tables);
     EXPECT_EQ(tables->continuous.frames[0].services[1].description, image->slots[2]);
+}
+
+// Decoding leaves them empty; a save must not.
+TEST(Descriptions, OfShortTimeServicesAreThoseThatCameLastUntilTheyHaveTheirOwn) {
+    const auto model = std::make_unique<ConfigModel>();
+    auto from = std::make_unique<Configuration>();
+    auto tables = std::make_unique<ConfigTables>();
+    tables->continuous.frames.append(test::frame(0));
+    tables->continuous.frames.append(test::frame(1, {test::service(1, 9)}));
+    tables->shortTime.frames.append(test::frame(2, {test::service(1, 7), test::service(2, 8)}));
+    encodeImage(*tables, from->image);
+    for (std::uint16_t i = 0; i < 3; ++i) {
+        from->descriptions.slots[i].serviceId = static_cast<std::uint16_t>(9 - i);
+        from->descriptions.slots[i].name[0] = static_cast<char>('A' + i);
+    }
+    from->descriptions.count = 2;  // of 9 and 8; what is behind is none
+    model->load(*from);
+    const auto names = [&model] {
+        const auto sent = model->configuration();
+        std::string text;
+        for (std::uint32_t i = 0; i < sent->descriptions.count; ++i)
+            text += sent->descriptions.slots[i].name[0] ? sent->descriptions.slots[i].name[0] : '-';
+        return text;
+    };
+    EXPECT_EQ(names(), "A-B");
+    ServiceRecord service = model->tables().shortTime.frames[0].services[1];
+    EXPECT_EQ(model->description(TableKind::ShortTime, service).name[0], 'B');
+    EXPECT_EQ(model->description(TableKind::Continuous, service).name[0], '\0');
+    service.description.name[0] = 'o';
+    ASSERT_EQ(model->updateService(TableKind::ShortTime, 0, 1, service), 0);
+    EXPECT_EQ(names(), "A-o");
+    from->descriptions = {};
+    model->load(*from);
+    EXPECT_EQ(names(), "---") << "these came last";
 }
 
 }  // namespace

@@ -5,7 +5,9 @@
 #include <vector>
 
 #include "model/config_model.h"
+#include "model/object_bytes.h"
 #include "support/configurations.h"
+#include "support/recorded_log.h"
 
 namespace korvane {
 namespace {
@@ -245,11 +247,46 @@ TEST_F(Store, CandidatesAreTheChannelsThatNoOtherFrameUses) {
         for (const auto& c : model_->candidateChannels(0, frameId)) result.push_back(c.address[3]);
         return result;
     };
-    EXPECT_EQ(octets(255), (std::vector{1, 2, 3}));
-    EXPECT_EQ(octets(1), (std::vector{1, 3}));
-    EXPECT_EQ(octets(2), (std::vector{2, 3}));
-    EXPECT_EQ(octets(9), (std::vector{3}));
+    // A channel at the front moves the others, and with them their positions.
+    for (const std::uint8_t front : {0, 4}) {
+        if (front) model_->addChannel(test::channel(ChannelType::Video, front, 1), 0);
+        const auto expected = [front](std::vector<int> rest) {
+            if (front) rest.insert(rest.begin(), front);
+            return rest;
+        };
+        EXPECT_EQ(octets(255), expected({1, 2, 3}));
+        EXPECT_EQ(octets(1), expected({1, 3}));
+        EXPECT_EQ(octets(2), expected({2, 3}));
+        EXPECT_EQ(octets(9), expected({3}));
+    }
     EXPECT_TRUE(model_->candidateChannels(8, 255).empty());
+}
+
+TEST(Streams, AreTheSameByModeAddressPortAndWhatLiesBetween) {
+    const InputChannelRecord one = test::channel(ChannelType::Video, 1, 1);
+    for (std::size_t byte = 0; byte < sizeof one; ++byte) {
+        InputChannelRecord other = one;
+        writableBytesOf(other)[byte] ^= 1;
+        EXPECT_EQ(sameStream(one, other), byte == 1 || byte >= 12) << byte;
+    }
+}
+
+// What came from elsewhere can be more than the table holds once the own services are announced.
+TEST_F(Store, TheOwnChannelsPairsStayAndForeignOnesAreCutAtTheEnd) {
+    test::RecordedLog log;
+    test::editTables(*model_, [](ConfigTables& tables) {
+        tables.continuous.frames.append(frameWithSlots(1, 1, 100, 8));
+        for (std::uint16_t i = 0; i < 35; ++i) tables.continuousServices.entries.append({i, 30, 0});
+    });
+    NetworkInfo info;
+    ASSERT_EQ(model_->getNetworkInfo(info), 0);
+    ASSERT_EQ(model_->setNetworkInfo(info), 0);
+    ASSERT_EQ(csct().size(), 40u);
+    EXPECT_EQ(csct()[0], std::pair(100, 21));
+    EXPECT_EQ(csct()[7], std::pair(107, 21));
+    EXPECT_EQ(csct()[8], std::pair(0, 30));
+    EXPECT_EQ(csct()[39], std::pair(31, 30));
+    EXPECT_EQ(log.lines(), std::vector<std::string>{"1 持续业务配置表已满, 末尾3项被舍去"});
 }
 
 TEST_F(Store, TheNetworksFrequenciesAndTheCsctBelongTogether) {

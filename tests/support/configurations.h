@@ -19,7 +19,7 @@ void editTables(ConfigModel& model, Change change) {
     change(*tables);
     const auto configuration = model.configuration();
     encodeImage(*tables, configuration->image);
-    encodeDescriptions(*tables, configuration->descriptions);
+    encodeDescriptions(*tables, {}, configuration->descriptions);
     model.load(*configuration);
 }
 

@@ -59,16 +59,6 @@ bool appendToFile(const std::wstring& path, const std::string& line) {
     return true;
 }
 
-std::string formatted(const char* format, va_list arguments) {
-    va_list again;
-    va_copy(again, arguments);
-    const int length = std::vsnprintf(nullptr, 0, format, again);
-    va_end(again);
-    std::string text(length > 0 ? static_cast<std::size_t>(length) : 0, '\0');
-    if (length > 0) std::vsnprintf(text.data(), text.size() + 1, format, arguments);
-    return text;
-}
-
 // Lives as long as the module is loaded.
 TroubleShootLog instance(systemLogEnvironment());
 

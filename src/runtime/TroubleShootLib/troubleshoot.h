@@ -5,26 +5,25 @@
 #include <string>
 #include <string_view>
 
+#include "log/log.h"
 #include "runtime/TroubleShootLib/log_environment.h"
 #include "runtime/TroubleShootLib/log_file_path.h"
 #include "runtime/system_mutex.h"
 
 namespace korvane {
 
-// The levels of log lines. Any other number is written too, as an unknown one.
-enum LogLevel : int { logInformation = 0, logWarning = 1, logError = 2 };
-
 // The diagnostic log: a file per day beside the host's program, in GBK. Lines of all threads come
 // one after the other. Informational ones are written only while value "PrintLog" of
 // HKEY_LOCAL_MACHINE\software\Nox CAS1.0 is a number other than 0. A line that cannot be written is
 // lost, and the caller never hears of it.
-class TroubleShootLog {
+class TroubleShootLog : public LogSink {
   public:
     explicit TroubleShootLog(LogEnvironment& environment)
         : environment_(environment), path_(environment) {}
 
-    // Writes the message (UTF-8) as it is, behind the time and the level.
-    void print(int level, std::string_view message) noexcept;
+    // Writes the message (UTF-8) as it is, behind the time and the level. A level that is none is
+    // written too, as an unknown one.
+    void print(int level, std::string_view message) noexcept override;
 
     // Lines of level 2 so far, whether they could be written or not.
     std::uint32_t errorCount() const { return errorCount_; }
