@@ -32,7 +32,7 @@ std::optional<unsigned> digitValue(char c) {
 }  // namespace
 
 int ConfigChecks::refuse(std::string_view message, int result) {
-    prompts_.message(message);
+    prompts_.warning(message);
     return result;
 }
 

@@ -21,8 +21,9 @@ class Prompts {
 
     virtual ~Prompts() = default;
 
-    // A message with an OK button.
+    // Messages with an OK button: of what was done, and of what was refused or failed.
     virtual void message(std::string_view text) = 0;
+    virtual void warning(std::string_view text) = 0;
 
     // A Yes/No question; true only for Yes.
     virtual bool confirm(std::string_view text, DefaultButton preset = DefaultButton::Yes) = 0;

@@ -27,7 +27,7 @@ std::string printableText(const std::array<char, 16>& field) {
 // A difference of ticks is right even when the clock wraps between the two.
 bool PanelCommands::settledSinceLastSetting(std::string_view refusal) {
     if (manager_.link().ticks() - lastSettingMs_ >= settlingMs) return true;
-    prompts_.message(std::string(refusal) + std::to_string(settlingSeconds) + "秒");
+    prompts_.warning(std::string(refusal) + std::to_string(settlingSeconds) + "秒");
     return false;
 }
 
@@ -74,8 +74,8 @@ void PanelCommands::restoreDefaults() {
 void PanelCommands::exportFile() {
     const auto path = prompts_.chooseFileToSave({"ipr", fileFilter});
     if (!path) return;
-    const int result = manager_.model().saveConfigFile(*path);
-    prompts_.message(result == 0 ? "导出配置成功" : "导出配置出错");
+    if (manager_.model().saveConfigFile(*path) != 0) return prompts_.warning("导出配置出错");
+    prompts_.message("导出配置成功");
 }
 
 void PanelCommands::importFile() {
@@ -83,7 +83,7 @@ void PanelCommands::importFile() {
     if (!path) return;
     const bool withDeviceParams =
         prompts_.confirm("导入业务配置的同时，导入网络配置吗", Prompts::DefaultButton::No);
-    if (importInto(*path, withDeviceParams) != 0) return prompts_.message("导入配置出错");
+    if (importInto(*path, withDeviceParams) != 0) return prompts_.warning("导入配置出错");
     pages_.refresh();
     prompts_.message("导入配置成功");
 }
@@ -100,12 +100,12 @@ int PanelCommands::importInto(const std::filesystem::path& path, bool withDevice
 }
 
 void PanelCommands::reportTransferFailure(int result) {
-    prompts_.message(result == link_result::unreachable ? "连接设备失败,请检查网络连接"
+    prompts_.warning(result == link_result::unreachable ? "连接设备失败,请检查网络连接"
                                                         : "与设备通信错误，请重试");
 }
 
 void PanelCommands::reportCommandFailure(int result) {
-    prompts_.message(result == link_result::unreachable ? "连接设备失败，请检查网络连接"
+    prompts_.warning(result == link_result::unreachable ? "连接设备失败，请检查网络连接"
                                                         : "与设备通信出错");
 }
 

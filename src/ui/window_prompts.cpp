@@ -35,6 +35,10 @@ void WindowPrompts::message(std::string_view text) {
     showBox(text, MB_OK | MB_ICONINFORMATION);
 }
 
+void WindowPrompts::warning(std::string_view text) {
+    showBox(text, MB_OK | MB_ICONWARNING);
+}
+
 bool WindowPrompts::confirm(std::string_view text, DefaultButton preset) {
     const UINT button = preset == DefaultButton::No ? MB_DEFBUTTON2 : MB_DEFBUTTON1;
     return showBox(text, MB_YESNO | MB_ICONQUESTION | button) == IDYES;

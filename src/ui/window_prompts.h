@@ -22,6 +22,7 @@ class WindowPrompts : public Prompts {
     void setOwner(HWND owner) { owner_ = owner; }
 
     void message(std::string_view text) override;
+    void warning(std::string_view text) override;
     bool confirm(std::string_view text, DefaultButton preset) override;
     std::optional<std::filesystem::path> chooseFileToOpen(const FileChoice& choice) override;
     std::optional<std::filesystem::path> chooseFileToSave(const FileChoice& choice) override;

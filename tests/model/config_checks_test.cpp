@@ -50,7 +50,7 @@ TEST_P(Checks, AnswerAndSayWhy) {
     ConfigChecks checks(*model, prompts);
     EXPECT_EQ(GetParam().check(checks), GetParam().result);
     std::vector<std::string> expected;
-    if (GetParam().result != 0) expected.push_back(std::string("say ") + GetParam().message);
+    if (GetParam().result != 0) expected.push_back(std::string("warn ") + GetParam().message);
     EXPECT_EQ(prompts.log, expected);
     EXPECT_TRUE(model->tables() == *before);
 }

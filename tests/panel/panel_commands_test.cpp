@@ -91,16 +91,16 @@ const std::string importing = opening + "ask/No 导入业务配置的同时，�
 const std::string saving = "ask 确认要将配置保存到设备?\ncommit 1\ncheck 3\ntransfer\n";
 const std::string loading = "ask 确认要重新从设备获取配置吗?\ntransfer\n";
 const std::string refreshed = "refresh 0\nrefresh 1\nrefresh 3\n";
-const std::string failed = "say 与设备通信错误，请重试\n";
-const std::string unreachable = "say 连接设备失败,请检查网络连接\n";
+const std::string failed = "warn 与设备通信错误，请重试\n";
+const std::string unreachable = "warn 连接设备失败,请检查网络连接\n";
 const std::string restoring = "ask 确认要使设备恢复默认值吗?\n";
 const std::string restored = "say 设备已接收到命令，正在生效，请稍候刷新!\nsent 4002\n";
 const std::string rebooting = "ask 确认要重启设备吗?\n";
 const std::string rebooted = "say 设备已接收到命令，正在重启中，请稍候!\nsent 4001\n";
-const std::string refused = "say 与设备通信出错\n";
-const std::string absent = "say 连接设备失败，请检查网络连接\n";  // with the full-width comma
-const std::string tooSoonToSet = "say 两次设置时间不能小于10秒\n";
-const std::string tooSoonToLoad = "say 距离上次设置时间不能小于10秒\n";
+const std::string refused = "warn 与设备通信出错\n";
+const std::string absent = "warn 连接设备失败，请检查网络连接\n";  // with the full-width comma
+const std::string tooSoonToSet = "warn 两次设置时间不能小于10秒\n";
+const std::string tooSoonToLoad = "warn 距离上次设置时间不能小于10秒\n";
 
 // Only a save that succeeded and accepted defaults start the interval; a reboot never waits for it.
 // Ticks start at 0 with the system and wrap; the first setting is reckoned from there.
@@ -190,9 +190,9 @@ TEST_F(PanelCommandsTest, WhatFailsOrIsCancelledChangesNothing) {
     model.setFlatChannels(oneChannel(5000));
     EXPECT_EQ(press(exportFile), exporting);
     EXPECT_EQ(press(importFile), opening);
-    EXPECT_EQ(press(exportFile, true, "missing/site.ipr"), exporting + "say 导出配置出错\n");
+    EXPECT_EQ(press(exportFile, true, "missing/site.ipr"), exporting + "warn 导出配置出错\n");
     for (const char* path : {"future.dat", "none.dat"}) {
-        EXPECT_EQ(press(importFile, true, path), importing + "say 导入配置出错\n");
+        EXPECT_EQ(press(importFile, true, path), importing + "warn 导入配置出错\n");
         EXPECT_EQ(model.flatChannels(), oneChannel(5000)) << path;
     }
 }

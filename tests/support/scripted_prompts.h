@@ -12,12 +12,14 @@ namespace korvane::test {
 // hold is No, or Cancel.
 class ScriptedPrompts : public Prompts {
   public:
-    // "say TEXT", "ask TEXT" ("ask/No TEXT" when No is preset), "open EXTENSION FILTER", "save …".
+    // "say TEXT", "warn TEXT", "ask TEXT" ("ask/No TEXT" when No is preset), "open EXTENSION
+    // FILTER", "save …".
     std::vector<std::string> log;
     std::deque<bool> answers;
     std::deque<std::filesystem::path> files;
 
     void message(std::string_view text) override { log.push_back("say " + std::string(text)); }
+    void warning(std::string_view text) override { log.push_back("warn " + std::string(text)); }
     bool confirm(std::string_view text, DefaultButton preset) override {
         log.push_back((preset == DefaultButton::No ? "ask/No " : "ask ") + std::string(text));
         return take(answers).value_or(false);

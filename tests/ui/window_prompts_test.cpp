@@ -53,6 +53,28 @@ TEST(WindowPrompts, AskInBoxesOfTheSystem) {
     }
 }
 
+// A box has two static controls: its text, and the icon.
+HICON boxIcon(Robot& r, HWND box) {
+    HWND control = nullptr;
+    while ((control = FindWindowExW(box, control, L"Static", nullptr)))
+        if ((GetWindowLongW(control, GWL_STYLE) & SS_TYPEMASK) == SS_ICON) break;
+    return reinterpret_cast<HICON>(r.send(control, STM_GETICON));
+}
+
+TEST(WindowPrompts, TellSuccessesFromFailuresByTheIcon) {
+    const std::pair<void (Prompts::*)(std::string_view), const wchar_t*> cases[] = {
+        {&Prompts::message, IDI_INFORMATION}, {&Prompts::warning, IDI_WARNING}};
+    for (const auto& [say, icon] : cases) {
+        RobotThread robot([icon](Robot& r) {
+            const HWND box = r.waitBox("完成");
+            EXPECT_EQ(boxIcon(r, box), LoadIconW(nullptr, icon));
+            r.answer(box, IDOK);
+        });
+        WindowPrompts prompts;
+        (prompts.*say)("完成");
+    }
+}
+
 void CALLBACK takeDown(HWND, UINT, UINT_PTR, DWORD) {
     dismissModals();
 }
