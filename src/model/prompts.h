@@ -1,12 +1,14 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string_view>
 
 namespace korvane {
 
-// The seam to the operator: message boxes and file choosers, modal while they show.
+// The seam to the operator: message boxes and file choosers, modal while they show, and the sign of
+// being busy.
 // All texts are UTF-8. The one production implementation shows windows; tests answer by script.
 class Prompts {
   public:
@@ -31,6 +33,10 @@ class Prompts {
     // The chosen path, or nothing when the operator cancelled.
     virtual std::optional<std::filesystem::path> chooseFileToOpen(const FileChoice& choice) = 0;
     virtual std::optional<std::filesystem::path> chooseFileToSave(const FileChoice& choice) = 0;
+
+    // Does `work`, for whose time the panel does not answer, while the operator sees that it is
+    // busy, and returns its result.
+    virtual int whileBusy(const std::function<int()>& work) = 0;
 };
 
 }  // namespace korvane

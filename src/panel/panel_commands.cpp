@@ -55,7 +55,7 @@ void PanelCommands::load() {
 
 void PanelCommands::reboot() {
     if (!prompts_.confirm("确认要重启设备吗?")) return;
-    const int result = manager_.client().RebootDevice();
+    const int result = prompts_.whileBusy([this] { return manager_.client().RebootDevice(); });
     if (result != 0) return reportCommandFailure(result);
     prompts_.message("设备已接收到命令，正在重启中，请稍候!");
 }
@@ -63,7 +63,7 @@ void PanelCommands::reboot() {
 void PanelCommands::restoreDefaults() {
     if (!settledSinceLastSetting(tooSoonToSet)) return;
     if (!prompts_.confirm("确认要使设备恢复默认值吗?")) return;
-    const int result = manager_.client().RestoreDefaults();
+    const int result = prompts_.whileBusy([this] { return manager_.client().RestoreDefaults(); });
     if (result != 0) return reportCommandFailure(result);
     prompts_.message("设备已接收到命令，正在生效，请稍候刷新!");
     lastSettingMs_ = manager_.link().ticks();

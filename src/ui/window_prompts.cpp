@@ -20,6 +20,18 @@ std::wstring chooserFilter(std::string_view filter) {
     return parts;
 }
 
+// The hourglass. It stays while it lives, as no message is taken meanwhile that would change it.
+class WaitCursor {
+  public:
+    WaitCursor() : shown_(SetCursor(LoadCursorW(nullptr, IDC_WAIT))) {}
+    ~WaitCursor() { SetCursor(shown_); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+
+  private:
+    HCURSOR shown_;  // before
+};
+
 }  // namespace
 
 // Without a caption of its own: it shows the host's, as that program's own messages would.
@@ -50,6 +62,11 @@ std::optional<std::filesystem::path> WindowPrompts::chooseFileToOpen(const FileC
 
 std::optional<std::filesystem::path> WindowPrompts::chooseFileToSave(const FileChoice& choice) {
     return choose(choice, saveChooser_, OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST);
+}
+
+int WindowPrompts::whileBusy(const std::function<int()>& work) {
+    const WaitCursor cursor;
+    return work();
 }
 
 std::optional<std::filesystem::path> WindowPrompts::choose(const FileChoice& choice,

@@ -26,6 +26,7 @@ class WindowPrompts : public Prompts {
     bool confirm(std::string_view text, DefaultButton preset) override;
     std::optional<std::filesystem::path> chooseFileToOpen(const FileChoice& choice) override;
     std::optional<std::filesystem::path> chooseFileToSave(const FileChoice& choice) override;
+    int whileBusy(const std::function<int()>& work) override;
 
   private:
     int showBox(std::string_view text, UINT style);

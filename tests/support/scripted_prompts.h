@@ -13,7 +13,7 @@ namespace korvane::test {
 class ScriptedPrompts : public Prompts {
   public:
     // "say TEXT", "warn TEXT", "ask TEXT" ("ask/No TEXT" when No is preset), "open EXTENSION
-    // FILTER", "save …".
+    // FILTER", "save …", and "busy" and "ready" around what blocks the panel.
     std::vector<std::string> log;
     std::deque<bool> answers;
     std::deque<std::filesystem::path> files;
@@ -29,6 +29,12 @@ class ScriptedPrompts : public Prompts {
     }
     std::optional<std::filesystem::path> chooseFileToSave(const FileChoice& choice) override {
         return choose("save ", choice);
+    }
+    int whileBusy(const std::function<int()>& work) override {
+        log.push_back("busy");
+        const int result = work();
+        log.push_back("ready");
+        return result;
     }
 
   private:

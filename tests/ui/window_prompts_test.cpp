@@ -75,6 +75,19 @@ TEST(WindowPrompts, TellSuccessesFromFailuresByTheIcon) {
     }
 }
 
+TEST(WindowPrompts, ShowTheHourglassWhileTheyAreBusyAndThenWhatWasThere) {
+    const HCURSOR before = LoadCursorW(nullptr, IDC_CROSS);
+    SetCursor(before);
+    const auto work = [](bool fails) {
+        EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_WAIT));
+        return fails ? throw std::bad_alloc() : 7;
+    };
+    EXPECT_EQ(WindowPrompts().whileBusy([&] { return work(false); }), 7);
+    EXPECT_EQ(GetCursor(), before);
+    EXPECT_THROW(WindowPrompts().whileBusy([&] { return work(true); }), std::bad_alloc);
+    EXPECT_EQ(GetCursor(), before);
+}
+
 void CALLBACK takeDown(HWND, UINT, UINT_PTR, DWORD) {
     dismissModals();
 }
