@@ -2,7 +2,6 @@
 
 #include <cstdio>
 
-#include "panel/window_progress_sink.h"
 #include "resources/ids.h"
 #include "ui/controls.h"
 
@@ -14,10 +13,10 @@ constexpr int notStarted = -1;
 
 }  // namespace
 
-ProgressDialog::ProgressDialog(TransferRunner::Start start)
+ProgressDialog::ProgressDialog(TransferRunner::Start start, WindowProgressSink::Send send)
     : Dialog(IDD_PROGRESS),
       start_(std::move(start)),
-      sink_(std::make_shared<WindowProgressSink>(progressMessage, failureMessage)) {}
+      sink_(std::make_shared<WindowProgressSink>(progressMessage, failureMessage, send)) {}
 
 // Here too, for the case that no window was made or its initialisation failed.
 ProgressDialog::~ProgressDialog() {
@@ -47,9 +46,11 @@ void ProgressDialog::onDestroy() {
 std::optional<INT_PTR> ProgressDialog::onMessage(UINT message, WPARAM wParam, LPARAM) {
     switch (message) {
         case progressMessage:
+        case WindowProgressSink::standIn(progressMessage):
             showProgress(static_cast<int>(wParam));
             return TRUE;
         case failureMessage:
+        case WindowProgressSink::standIn(failureMessage):
             end(static_cast<int>(wParam));
             return TRUE;
         default:

@@ -3,11 +3,10 @@
 #include <memory>
 
 #include "device/transfer_runner.h"
+#include "panel/window_progress_sink.h"
 #include "ui/dialog.h"
 
 namespace korvane {
-
-class WindowProgressSink;
 
 // Shows how far a transfer is, and nothing else can be done until it reports its outcome: a
 // transfer cannot be taken back half-way.
@@ -18,7 +17,9 @@ class ProgressDialog : public Dialog {
     static constexpr UINT failureMessage = 1001;
 
     // `start` is called once the dialog's window is there; when it fails, the dialog ends at once.
-    explicit ProgressDialog(TransferRunner::Start start);
+    // `send` is what the sink sends with.
+    explicit ProgressDialog(TransferRunner::Start start,
+                            WindowProgressSink::Send send = &SendNotifyMessageW);
     ~ProgressDialog() override;
 
     // 0, or the code of the failure.

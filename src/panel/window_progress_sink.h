@@ -12,8 +12,14 @@ namespace korvane {
 // nothing is sent any more.
 class WindowProgressSink : public ProgressSink {
   public:
-    WindowProgressSink(UINT progressMessage, UINT failureMessage)
-        : progressMessage_(progressMessage), failureMessage_(failureMessage) {}
+    using Send = BOOL(WINAPI*)(HWND, UINT, WPARAM, LPARAM);
+
+    // `send` stands for SendNotifyMessageW.
+    WindowProgressSink(UINT progressMessage, UINT failureMessage, Send send)
+        : progressMessage_(progressMessage), failureMessage_(failureMessage), send_(send) {}
+
+    // The message of the window's own range that stands in for one that the system refuses.
+    static constexpr UINT standIn(UINT message) { return WM_APP + message; }
 
     void attach(HWND window);
     void detach() { attach(nullptr); }
@@ -26,6 +32,7 @@ class WindowProgressSink : public ProgressSink {
 
     UINT progressMessage_;
     UINT failureMessage_;
+    Send send_;
     std::mutex mutex_;
     HWND window_ = nullptr;
 };

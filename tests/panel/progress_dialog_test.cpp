@@ -11,16 +11,21 @@ namespace {
 using host::Robot;
 using host::RobotThread;
 
+// As a system that lets only a window's own messages through.
+BOOL WINAPI sendOwnOnly(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    return message >= WM_APP && SendNotifyMessageW(window, message, wParam, lParam);
+}
+
 class ProgressDialogTest : public testing::Test {
   protected:
     // The outcome of a transfer that `script` watches in its dialog and moves on by `sink_`.
     int run(std::function<void(Robot&, HWND)> script) {
         RobotThread robot([&](Robot& r) { script(r, r.waitDialog("Korvane管理软件")); });
-        return ProgressDialog([this](auto sink) {
-                   sink_ = std::move(sink);
-                   return 0;
-               })
-            .run(nullptr);
+        const auto start = [this](auto sink) {
+            sink_ = std::move(sink);
+            return 0;
+        };
+        return ProgressDialog(start, send_).run(nullptr);
     }
     void expectProgress(Robot& r, HWND dialog, int percent) const {
         sink_->progress(percent);
@@ -29,6 +34,7 @@ class ProgressDialogTest : public testing::Test {
         EXPECT_EQ(r.send(GetDlgItem(dialog, IDC_PROGRESS_BAR), PBM_GETPOS), percent);
     }
 
+    WindowProgressSink::Send send_ = &SendNotifyMessageW;
     std::shared_ptr<ProgressSink> sink_;
 };
 
@@ -51,6 +57,17 @@ TEST_F(ProgressDialogTest, ShowsEachPercentageAndNothingButAHundredClosesIt) {
     });
     EXPECT_EQ(outcome, 0);
     sink_->failed(-2);  // into nothing: the window has gone
+}
+
+TEST_F(ProgressDialogTest, HearsAllInASystemThatRefusesItsUsualMessages) {
+    send_ = &sendOwnOnly;
+    for (const int code : {0, -2}) {
+        const int outcome = run([&](Robot& r, HWND dialog) {
+            expectProgress(r, dialog, 42);
+            code == 0 ? sink_->progress(100) : sink_->failed(code);
+        });
+        EXPECT_EQ(outcome, code);
+    }
 }
 
 TEST_F(ProgressDialogTest, EndsWithTheCodeOfTheFailure) {
