@@ -48,6 +48,8 @@ Area clientArea(HWND window) {
 
 class MainPanelTest : public testing::Test {
   protected:
+    explicit MainPanelTest(test::TestHost::Kind kind = test::TestHost::Kind::Window)
+        : host_(kind) {}
     void SetUp() override {
         ASSERT_EQ(manager_.client().Start("127.0.0.9"), 0);
         ASSERT_TRUE(panel_.create(host_.window()));
@@ -69,6 +71,20 @@ class MainPanelTest : public testing::Test {
     }
     HWND body() const { return GetWindow(panel_.hwnd(), GW_CHILD); }
     HWND button(int id) const { return GetDlgItem(body(), id); }
+
+    void focus(HWND control) const {
+        host_.run([control] { SetFocus(control); });
+    }
+    HWND focused() const {
+        HWND window = nullptr;
+        host_.run([&window] { window = GetFocus(); });
+        return window;
+    }
+    // To the control that has the focus.
+    void press(Robot& r, WORD key) const {
+        r.key(focused(), key);
+        r.settle();
+    }
 
     // `parent` shows one page, and none of those shown before.
     static void expectNewPage(Robot& r, HWND parent, std::set<HWND>& shown) {
@@ -226,29 +242,47 @@ TEST_F(MainPanelTest, OutlivesAHostThatTakesItsWindowAwayEvenWhileItAsks) {
     last.resize(500, 400);  // whose messages nobody of ours listens to any more
 }
 
-TEST_F(MainPanelTest, KeysWalkThePanelInAHostThatKnowsNoDialogs) {
-    SetForegroundWindow(host_.window());
-    drive([this](Robot& r) {
-        host_.run([this] { SetFocus(button(IDC_SAVE_TO_DEVICE)); });
-        const auto focus = [&r] {
-            r.settle();
-            GUITHREADINFO info{};
-            info.cbSize = sizeof info;
-            GetGUIThreadInfo(0, &info);
-            return info.hwndFocus;
-        };
+// The panel in hosts whose message loop knows no dialogs.
+class PanelKeysTest : public MainPanelTest,
+                      public testing::WithParamInterface<test::TestHost::Kind> {
+  protected:
+    PanelKeysTest() : MainPanelTest(GetParam()) { SetForegroundWindow(host_.window()); }
+};
+
+INSTANTIATE_TEST_SUITE_P(Hosts, PanelKeysTest,
+                         testing::Values(test::TestHost::Kind::Window,
+                                         test::TestHost::Kind::Dialog));
+
+TEST_P(PanelKeysTest, WalkThePanelAndLeaveItForTheHostsControls) {
+    const HWND save = button(IDC_SAVE_TO_DEVICE);
+    drive([&](Robot& r) {
+        focus(save);
         const auto pressAndExpect = [&](WORD key, HWND next) {
-            r.key(focus(), key);
-            EXPECT_EQ(focus(), next);
+            press(r, key);
+            EXPECT_EQ(focused(), next);
         };
         for (const int id : {26, 27, 28, 31, 32, 33, 21}) pressAndExpect(VK_TAB, button(id));
         pressAndExpect(VK_RIGHT, button(IDC_SHOW_CONTROL_TABLES));
         pressAndExpect(VK_TAB, r.findControl(panel_.hwnd(), IDC_TABLES));
-        pressAndExpect(VK_TAB, button(IDC_SAVE_TO_DEVICE));
-        r.key(focus(), VK_RETURN);
-        r.answer(r.waitBox("确认要将配置保存到设备?"), IDNO);
-        EXPECT_EQ(focus(), button(IDC_SAVE_TO_DEVICE));
+        pressAndExpect(VK_TAB, host_.button() ? host_.button() : save);
     });
+}
+
+TEST_P(PanelKeysTest, EnterPressesTheFocusedButtonAndNeverOneOfTheHost) {
+    drive([this](Robot& r) {
+        focus(button(IDC_IMPORT));
+        for (const WORD key : {VK_TAB, VK_RETURN}) press(r, key);
+        const HWND about = r.waitDialog("关于 Korvane管理软件");
+        r.click(about, IDOK);
+        r.waitGone(about);
+        waitIdle(r, host_);
+        EXPECT_EQ(focused(), button(IDC_ABOUT));
+        r.click(panel_.hwnd(), IDC_SHOW_CONTROL_TABLES);
+        focus(r.waitControl(panel_.hwnd(), IDC_TABLES));
+        press(r, VK_RETURN);
+        EXPECT_THAT(r.topWindows(), ElementsAre(host_.window()));
+    });
+    EXPECT_THAT(host_.commands(), ElementsAre());
 }
 
 }  // namespace
