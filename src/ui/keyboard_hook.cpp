@@ -35,6 +35,16 @@ void moveFocus(HWND dialog, HWND from) {
     if (to) SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(to), TRUE);
 }
 
+// A menu that is open, or a window that is being moved or sized, has the keys, whoever has the
+// focus.
+bool systemTakesKeys() {
+    constexpr DWORD modes =
+        GUI_INMENUMODE | GUI_SYSTEMMENUMODE | GUI_POPUPMENUMODE | GUI_INMOVESIZE;
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    return GetGUIThreadInfo(GetCurrentThreadId(), &info) && (info.flags & modes) != 0;
+}
+
 bool isDialogKey(WPARAM key) {
     switch (key) {
         case VK_RETURN:
@@ -56,7 +66,7 @@ bool take(MSG& message) {
     const bool tab = message.wParam == VK_TAB && GetKeyState(VK_CONTROL) >= 0;
     if (!tab && !isDialogKey(message.wParam)) return false;
     HWND dialog = markedAncestor(message.hwnd);
-    if (!dialog) return false;
+    if (!dialog || systemTakesKeys()) return false;
     if (!tab) return IsDialogMessageW(dialog, &message) != FALSE;
     if (wantsTab(message)) return false;
     moveFocus(dialog, message.hwnd);

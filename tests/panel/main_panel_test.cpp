@@ -285,5 +285,56 @@ TEST_P(PanelKeysTest, EnterPressesTheFocusedButtonAndNeverOneOfTheHost) {
     EXPECT_THAT(host_.commands(), ElementsAre());
 }
 
+int chosenItem = 0;
+
+void CALLBACK showMenu(HWND window, UINT, UINT_PTR, DWORD) {
+    HMENU menu = CreatePopupMenu();
+    for (const UINT item : {7, 8}) AppendMenuW(menu, MF_STRING, item, L"item");
+    chosenItem = TrackPopupMenu(menu, TPM_RETURNCMD, 0, 0, 0, window, nullptr);
+    DestroyMenu(menu);
+}
+
+TEST_P(PanelKeysTest, BelongToAMenuOrAMoveOfTheHostWhileThatLasts) {
+    const struct {
+        UINT message;
+        WPARAM what;
+        LPARAM how;
+        DWORD mode;
+    } cases[] = {{WM_TIMER, 1, reinterpret_cast<LPARAM>(&showMenu), GUI_INMENUMODE},
+                 {WM_SYSCOMMAND, SC_MOVE, 0, GUI_INMOVESIZE}};
+    drive([&](Robot& r) {
+        for (const auto& [message, what, how, mode] : cases) {
+            const auto lasts = [this, wanted = mode] {
+                GUITHREADINFO info{};
+                info.cbSize = sizeof info;
+                GetGUIThreadInfo(GetWindowThreadProcessId(host_.window(), nullptr), &info);
+                return (info.flags & wanted) != 0;
+            };
+            focus(button(IDC_REBOOT));
+            PostMessageW(host_.window(), message, what, how);
+            r.waitFor("the host's mode to begin", lasts);
+            for (const WORD key : {VK_DOWN, VK_RETURN}) r.key(button(IDC_REBOOT), key);
+            r.waitFor("the host's mode to end", [&] { return !lasts(); });
+            EXPECT_EQ(focused(), button(IDC_REBOOT));
+            EXPECT_THAT(r.topWindows(), ElementsAre(host_.window()));
+        }
+    });
+    EXPECT_EQ(chosenItem, 7);
+}
+
+TEST_P(PanelKeysTest, AreActedUponWhenTheyAreTakenFromTheQueueAndNotWhenLookedAt) {
+    const HWND save = button(IDC_SAVE_TO_DEVICE);
+    const std::pair<UINT, int> cases[] = {{PM_NOREMOVE, IDC_SAVE_TO_DEVICE},
+                                          {PM_REMOVE, IDC_LOAD_FROM_DEVICE}};
+    SetFocus(save);
+    PostMessageW(save, WM_KEYDOWN, VK_TAB, 1);
+    for (const auto& [removal, next] : cases) {
+        MSG message;
+        ASSERT_TRUE(PeekMessageW(&message, save, WM_KEYDOWN, WM_KEYDOWN, removal));
+        EXPECT_EQ(message.message, removal == PM_REMOVE ? WM_NULL : WM_KEYDOWN);
+        EXPECT_EQ(GetFocus(), button(next));
+    }
+}
+
 }  // namespace
 }  // namespace korvane
