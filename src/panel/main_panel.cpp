@@ -22,6 +22,7 @@ PanelWindow::PanelWindow(DeviceManager& manager, std::function<void()> gone)
     : Dialog(IDD_MAIN_PANEL), body_(manager), gone_(std::move(gone)) {}
 
 bool PanelWindow::onInit() {
+    setModalRoot(hwnd());
     if (!body_.create(hwnd())) throw std::runtime_error("the panel's body was refused");
     RECT body{};
     GetClientRect(body_.hwnd(), &body);
@@ -59,6 +60,7 @@ bool PanelWindow::onCommand(int id, int notification, HWND control) {
 
 void PanelWindow::onDestroy() {
     dismissModals();
+    setModalRoot(nullptr);
     keyboard_.reset();
     follower_.reset();
     gone_();

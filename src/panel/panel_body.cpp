@@ -29,8 +29,6 @@ PanelBody::PanelBody(DeviceManager& manager)
       commands_(manager, prompts_, pages_, transfers_) {}
 
 bool PanelBody::onInit() {
-    prompts_.setOwner(hwnd());
-    transfers_.setOwner(hwnd());
     stack_.create(hwnd());
     placePages();
     showPage(PanelPages::InputChannels);
@@ -77,7 +75,7 @@ bool PanelBody::runCommand(int id) {
 }
 
 void PanelBody::showAbout() {
-    AboutDialog(deviceVersionText(manager_.model().tables().params264)).showModal(hwnd());
+    AboutDialog(deviceVersionText(manager_.model().tables().params264)).showModal();
 }
 
 void PanelBody::showPage(std::size_t index) {

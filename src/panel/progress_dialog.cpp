@@ -23,10 +23,6 @@ ProgressDialog::~ProgressDialog() {
     sink_->detach();
 }
 
-int ProgressDialog::run(HWND owner) {
-    return showModal(owner);
-}
-
 bool ProgressDialog::onInit() {
     control<ProgressBar>(IDC_PROGRESS_BAR).setRange(0, complete);
     sink_->attach(hwnd());

@@ -23,7 +23,7 @@ class ProgressDialog : public Dialog {
     ~ProgressDialog() override;
 
     // 0, or the code of the failure.
-    int run(HWND owner);
+    int run() { return showModal(); }
 
   protected:
     bool onInit() override;
@@ -38,14 +38,10 @@ class ProgressDialog : public Dialog {
     std::shared_ptr<WindowProgressSink> sink_;
 };
 
-// Runs transfers behind the progress dialog, over the window `owner`.
+// Runs transfers behind the progress dialog.
 class ModalTransferRunner : public TransferRunner {
   public:
-    void setOwner(HWND owner) { owner_ = owner; }
-    int run(const Start& start) override { return ProgressDialog(start).run(owner_); }
-
-  private:
-    HWND owner_ = nullptr;
+    int run(const Start& start) override { return ProgressDialog(start).run(); }
 };
 
 }  // namespace korvane

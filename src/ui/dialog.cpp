@@ -15,27 +15,27 @@ namespace {
 constexpr int screenDpi = 96;
 constexpr int initFailed = -1;
 
-void showFailure(HWND window, const char* reason) noexcept {
+void showFailure(const char* reason) noexcept {
+    const ModalScope scope;
     try {
-        const ModalScope scope;
         const std::wstring text = L"操作未完成，程序内部错误:\n" + toWide(reason);
-        MessageBoxW(window, text.c_str(), L"", MB_OK | MB_ICONERROR);
+        MessageBoxW(scope.owner(), text.c_str(), L"", MB_OK | MB_ICONERROR);
     } catch (...) {
         // No memory left for a text of our own.
-        MessageBoxW(window, L"内存不足", L"", MB_OK | MB_ICONERROR);
+        MessageBoxW(scope.owner(), L"内存不足", L"", MB_OK | MB_ICONERROR);
     }
 }
 
 // Called within a handler of exceptions; tells the operator what it was.
-void showCurrentException(HWND window) noexcept {
+void showCurrentException() noexcept {
     try {
         throw;
     } catch (const Interrupted&) {
         return;
     } catch (const std::exception& error) {
-        showFailure(window, error.what());
+        showFailure(error.what());
     } catch (...) {
-        showFailure(window, "?");
+        showFailure("?");
     }
 }
 
@@ -64,12 +64,13 @@ bool Dialog::create(HWND parent) {
     return hwnd_ != nullptr;
 }
 
-int Dialog::showModal(HWND owner) {
+int Dialog::showModal() {
     if (hwnd_) return -1;
     const ModalScope scope;
     modal_ = true;
-    const INT_PTR result = DialogBoxParamW(moduleInstance(), MAKEINTRESOURCEW(resourceId_), owner,
-                                           &procedure, reinterpret_cast<LPARAM>(this));
+    const INT_PTR result =
+        DialogBoxParamW(moduleInstance(), MAKEINTRESOURCEW(resourceId_), scope.owner(), &procedure,
+                        reinterpret_cast<LPARAM>(this));
     rethrowInitError();
     scope.check();
     return static_cast<int>(result);
@@ -132,7 +133,7 @@ INT_PTR CALLBACK Dialog::procedure(HWND window, UINT message, WPARAM wParam,
     try {
         return self->handle(message, wParam, lParam);
     } catch (...) {
-        showCurrentException(IsWindow(window) ? window : nullptr);
+        showCurrentException();
         return FALSE;
     }
 }

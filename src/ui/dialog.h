@@ -26,9 +26,9 @@ class Dialog {
     // Makes a modeless dialog or a child page; false when there already is a window or the system
     // refuses one.
     bool create(HWND parent);
-    // Shows the dialog until end() and returns its result, or -1 when it could not be made. Throws
-    // Interrupted when the panel was taken down meanwhile.
-    int showModal(HWND owner);
+    // Shows the dialog, over what is modal already (modal.h), until end() and returns its result,
+    // or -1 when it could not be made. Throws Interrupted when the panel was taken down meanwhile.
+    int showModal();
     void destroy();
 
     void show(bool visible);

@@ -14,6 +14,7 @@ ModalScope* innermost = nullptr;
 int scopeCount = 0;
 unsigned dismissals = 0;
 HHOOK windowHook = nullptr;
+HWND rootWindow = nullptr;
 
 // A file chooser listens to Cancel, a question to No; ending the dialog serves all others.
 void dismissWindow(HWND window, bool own) {
@@ -25,6 +26,14 @@ void dismissWindow(HWND window, bool own) {
 }
 
 }  // namespace
+
+void setModalRoot(HWND window) {
+    rootWindow = window;
+}
+
+HWND modalRoot() {
+    return rootWindow ? GetAncestor(rootWindow, GA_ROOT) : nullptr;
+}
 
 ModalScope::ModalScope() : outer_(innermost), focus_(GetFocus()), generation_(dismissals) {
     innermost = this;
@@ -44,6 +53,12 @@ ModalScope::~ModalScope() {
 // The host's window gets the focus back, which need not pass it on to where it was.
 void ModalScope::restoreFocus() const {
     if (IsWindow(focus_) && GetAncestor(focus_, GA_ROOT) == GetActiveWindow()) SetFocus(focus_);
+}
+
+HWND ModalScope::owner() const {
+    const ModalScope* scope = outer_;
+    while (scope && scope->windows_.empty()) scope = scope->outer_;
+    return scope ? scope->windows_.back() : modalRoot();
 }
 
 void ModalScope::check() const {
@@ -93,6 +108,7 @@ void ModalScope::dismiss() {
 
 void dismissModals() {
     ++dismissals;
+    if (innermost) EndMenu();
     for (ModalScope* scope = innermost; scope; scope = scope->outer_) {
         scope->dismiss();
         // A loop whose window was destroyed under it notices with its next message.

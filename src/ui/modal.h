@@ -13,14 +13,22 @@ namespace korvane {
 // the flow's root catches it. No std::exception, so that no handler of errors mistakes it for one.
 struct Interrupted {};
 
-// Surrounds one modal call of this module (own dialog, message box, file chooser) and knows the
-// window that it shows. Scopes nest; all belong to the one user-interface thread.
+// The window whose top-level window the module's modal windows lie over; nullptr: over none.
+void setModalRoot(HWND window);
+HWND modalRoot();  // the top-level window
+
+// Surrounds one modal call of this module (own dialog, message box, file chooser, popup menu) and
+// knows the window that it shows. Scopes nest; all belong to the one user-interface thread.
 class ModalScope {
   public:
     ModalScope();
     ~ModalScope();
     ModalScope(const ModalScope&) = delete;
     ModalScope& operator=(const ModalScope&) = delete;
+
+    // What the modal call is to be owned by, which it disables while it lasts: the modal window of
+    // this module that is open already, the innermost one, else the root.
+    HWND owner() const;
 
     // To be called when the modal call has returned: throws Interrupted if dismissModals() was
     // called since this scope began.
@@ -45,8 +53,9 @@ class ModalScope {
     std::vector<HWND> windows_;  // the one shown first, then what it opened itself
 };
 
-// Ends every modal window of this module, innermost first, each as if it had been cancelled. The
-// calls that show them return once control is back in their message loops.
+// Ends every modal window of this module, innermost first, each as if it had been cancelled, and
+// a popup menu under a scope. The calls that show them return once control is back in their message
+// loops.
 void dismissModals();
 
 }  // namespace korvane

@@ -36,9 +36,9 @@ class WaitCursor {
 
 // Without a caption of its own: it shows the host's, as that program's own messages would.
 int WindowPrompts::showBox(std::string_view text, UINT style) {
-    const std::string caption = Control(GetAncestor(owner_, GA_ROOT)).text();
+    const std::wstring caption = toWide(Control(modalRoot()).text());
     const ModalScope scope;
-    const int answer = MessageBoxW(owner_, toWide(text).c_str(), toWide(caption).c_str(), style);
+    const int answer = MessageBoxW(scope.owner(), toWide(text).c_str(), caption.c_str(), style);
     scope.check();
     return answer;
 }
@@ -76,7 +76,6 @@ std::optional<std::filesystem::path> WindowPrompts::choose(const FileChoice& cho
     std::wstring path(pathCapacity, L'\0');
     OPENFILENAMEW request{};
     request.lStructSize = sizeof request;
-    request.hwndOwner = owner_;
     request.lpstrFilter = filter.c_str();
     request.lpstrDefExt = extension.c_str();
     request.lpstrFile = path.data();
@@ -85,6 +84,7 @@ std::optional<std::filesystem::path> WindowPrompts::choose(const FileChoice& cho
     request.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | flags;
 
     const ModalScope scope;
+    request.hwndOwner = scope.owner();
     const bool chosen = chooser(&request) != FALSE;
     scope.check();
     if (!chosen) return std::nullopt;

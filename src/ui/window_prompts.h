@@ -8,7 +8,7 @@
 
 namespace korvane {
 
-// Prompts as windows of the system, owned by the top-level window of `owner`. Each throws
+// Prompts as windows of the system, over what is modal already (modal.h). Each throws
 // Interrupted (modal.h) when the panel was taken down while it showed.
 class WindowPrompts : public Prompts {
   public:
@@ -18,8 +18,6 @@ class WindowPrompts : public Prompts {
     // With other choosers than the system's.
     WindowPrompts(Chooser openChooser, Chooser saveChooser)
         : openChooser_(openChooser), saveChooser_(saveChooser) {}
-
-    void setOwner(HWND owner) { owner_ = owner; }
 
     void message(std::string_view text) override;
     void warning(std::string_view text) override;
@@ -33,7 +31,6 @@ class WindowPrompts : public Prompts {
     std::optional<std::filesystem::path> choose(const FileChoice& choice, Chooser chooser,
                                                 DWORD flags);
 
-    HWND owner_ = nullptr;
     Chooser openChooser_ = &GetOpenFileNameW;
     Chooser saveChooser_ = &GetSaveFileNameW;
 };

@@ -204,6 +204,8 @@ TEST_F(MainPanelTest, CanBeTakenDownWhileItShowsSomething) {
             if (id == IDC_LOAD_FROM_DEVICE)
                 r.answer(r.waitBox("确认要重新从设备获取配置吗?"), IDYES);
             const HWND shown = r.waitDialog(caption);
+            EXPECT_EQ(GetWindow(shown, GW_OWNER), host_.window());
+            EXPECT_FALSE(IsWindowEnabled(host_.window()));
             host_.run([&] {
                 EXPECT_EQ(ModalScope::depth(), 1);
                 if (id == IDC_LOAD_FROM_DEVICE) manager_.client().Stop();

@@ -25,7 +25,7 @@ class ProgressDialogTest : public testing::Test {
             sink_ = std::move(sink);
             return 0;
         };
-        return ProgressDialog(start, send_).run(nullptr);
+        return ProgressDialog(start, send_).run();
     }
     void expectProgress(Robot& r, HWND dialog, int percent) const {
         sink_->progress(percent);
@@ -78,7 +78,7 @@ TEST_F(ProgressDialogTest, EndsWithTheCodeOfTheFailure) {
         });
         EXPECT_EQ(outcome, code);
     }
-    EXPECT_EQ(ProgressDialog([](auto) { return -1; }).run(nullptr), -1) << "nothing was started";
+    EXPECT_EQ(ProgressDialog([](auto) { return -1; }).run(), -1) << "nothing was started";
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "host/robot.h"
 #include "resources/ids.h"
 #include "ui/modal.h"
+#include "ui/window_prompts.h"
 
 namespace korvane {
 namespace {
@@ -44,7 +45,7 @@ TEST(Dialog, EndsWithTheButtonThatWasPressed) {
     for (const int button : {IDOK, IDCANCEL}) {
         TestDialog dialog;
         RobotThread robot([&](Robot& r) { r.command(r.waitDialog(caption), button); });
-        EXPECT_EQ(dialog.showModal(nullptr), button);
+        EXPECT_EQ(dialog.showModal(), button);
         EXPECT_EQ(dialog.hwnd(), nullptr);
         EXPECT_EQ(dialog.destroyed, 1);
     }
@@ -54,7 +55,7 @@ TEST(Dialog, FailureToInitialiseReachesTheCaller) {
     TestDialog dialog;
     dialog.failures = 2;
     EXPECT_THROW(dialog.create(nullptr), std::runtime_error);
-    EXPECT_THROW(dialog.showModal(nullptr), std::runtime_error);
+    EXPECT_THROW(dialog.showModal(), std::runtime_error);
     EXPECT_EQ(dialog.hwnd(), nullptr);
     EXPECT_TRUE(dialog.create(nullptr)) << "and can be tried again";
     EXPECT_FALSE(dialog.create(nullptr)) << "but not twice";
@@ -69,7 +70,7 @@ TEST(Dialog, FailureInAHandlerIsShownAndGoesNoFurther) {
         r.answer(r.waitBox("操作未完成，程序内部错误:\n磁盘已满"), IDOK);
         r.command(shown, IDCANCEL);
     });
-    EXPECT_EQ(dialog.showModal(nullptr), IDCANCEL);
+    EXPECT_EQ(dialog.showModal(), IDCANCEL);
 }
 
 TEST(Dialog, AnswersNotificationsAndMayDestroyItselfInAHandler) {
@@ -86,7 +87,7 @@ TEST(Dialog, AnswersNotificationsAndMayDestroyItselfInAHandler) {
 TEST(Dialog, NestedDialogsAreDismissedTogether) {
     TestDialog outer, inner;
     outer.atAsk = [&] {
-        inner.showModal(outer.hwnd());
+        inner.showModal();
         ADD_FAILURE() << "it went on";
     };
     inner.atAsk = [] { dismissModals(); };
@@ -95,9 +96,57 @@ TEST(Dialog, NestedDialogsAreDismissedTogether) {
         PostMessageW(first, askMessage, 0, 0);
         PostMessageW(r.waitDialog(caption, first), askMessage, 0, 0);
     });
-    EXPECT_THROW(outer.showModal(nullptr), Interrupted);
+    EXPECT_THROW(outer.showModal(), Interrupted);
     EXPECT_EQ(ModalScope::depth(), 0);
     EXPECT_EQ(inner.hwnd(), nullptr);
+}
+
+// What a dialog shows is above it, not only above the host: the dialog must wait, too.
+TEST(Dialog, OwnsAndWaitsForWhatItShows) {
+    const std::function<void()> cases[] = {
+        [] { WindowPrompts().warning("完成"); },
+        [] {
+            WindowPrompts().chooseFileToOpen({"dat", "All Files (*.*)|*.*||"});
+        },
+        [] { TestDialog().showModal(); },
+        [] { throw std::runtime_error("磁盘已满"); },
+    };
+    for (const auto& show : cases) {
+        TestDialog dialog;
+        dialog.atAsk = show;
+        RobotThread robot([](Robot& r) {
+            const HWND below = r.waitDialog(caption);
+            PostMessageW(below, askMessage, 0, 0);
+            const HWND above = r.waitFor("a window above the dialog", [&] {
+                const HWND top = r.topWindows().front();
+                return top == below ? nullptr : top;
+            });
+            EXPECT_EQ(GetWindow(above, GW_OWNER), below);
+            EXPECT_FALSE(IsWindowEnabled(below));
+            r.command(above, IDCANCEL);
+            r.waitGone(above);
+            EXPECT_TRUE(IsWindowEnabled(below));
+            r.command(below, IDCANCEL);
+        });
+        EXPECT_EQ(dialog.showModal(), IDCANCEL);
+    }
+}
+
+TEST(ModalScope, EndsAMenuWhenItIsDismissed) {
+    TestDialog dialog;
+    dialog.atAsk = &dismissModals;
+    ASSERT_TRUE(dialog.create(nullptr));
+    HMENU menu = CreatePopupMenu();
+    AppendMenuW(menu, MF_STRING, 1, L"item");
+    RobotThread robot([&](Robot& r) {
+        const HWND shown = r.waitClass("#32768");
+        r.send(dialog.hwnd(), askMessage);
+        r.waitGone(shown);
+    });
+    const ModalScope scope;
+    EXPECT_EQ(TrackPopupMenu(menu, TPM_RETURNCMD, 0, 0, 0, dialog.hwnd(), nullptr), 0);
+    EXPECT_THROW(scope.check(), Interrupted);
+    DestroyMenu(menu);
 }
 
 }  // namespace
