@@ -4,7 +4,6 @@
 
 #include "resources/ids.h"
 #include "ui/modal.h"
-#include "ui/scrolling.h"
 
 namespace korvane {
 namespace {
@@ -41,9 +40,32 @@ void PanelWindow::placeBody() {
     if (body_.hwnd()) body_.place(placeScrolled(hwnd(), leastBody_));
 }
 
+void PanelWindow::showFocused() {
+    HWND control = GetFocus();
+    if (!IsChild(hwnd(), control)) return;
+    RECT area{};
+    GetWindowRect(control, &area);
+    MapWindowPoints(nullptr, hwnd(), reinterpret_cast<POINT*>(&area), 2);
+    scrollIntoView(hwnd(), area);
+}
+
+// The wheel's turns come up from the control that has the focus and has no use for them.
 std::optional<INT_PTR> PanelWindow::onMessage(UINT message, WPARAM wParam, LPARAM) {
-    if (message != WM_HSCROLL && message != WM_VSCROLL) return std::nullopt;
-    scrollBar(hwnd(), message == WM_HSCROLL ? SB_HORZ : SB_VERT, wParam);
+    switch (message) {
+        case WM_HSCROLL:
+        case WM_VSCROLL:
+            scrollBar(hwnd(), message == WM_HSCROLL ? SB_HORZ : SB_VERT, wParam);
+            break;
+        case WM_MOUSEWHEEL:
+        case WM_MOUSEHWHEEL:
+            if (!wheel_.turn(hwnd(), message, wParam)) return std::nullopt;
+            break;
+        case KeyboardHook::focusMoved:
+            showFocused();
+            break;
+        default:
+            return std::nullopt;
+    }
     placeBody();
     return TRUE;
 }

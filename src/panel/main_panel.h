@@ -8,6 +8,7 @@
 #include "panel/panel_body.h"
 #include "ui/keyboard_hook.h"
 #include "ui/parent_follower.h"
+#include "ui/scrolling.h"
 
 namespace korvane {
 
@@ -29,10 +30,12 @@ class PanelWindow : public Dialog {
 
   private:
     void placeBody();
+    void showFocused();
 
     PanelBody body_;
     std::function<void()> gone_;
     SIZE leastBody_{};  // pixels
+    WheelScrolling wheel_;
     std::optional<ParentFollower> follower_;
     std::optional<KeyboardHook> keyboard_;
 };

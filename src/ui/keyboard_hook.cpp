@@ -47,6 +47,8 @@ bool systemTakesKeys() {
 
 bool isDialogKey(WPARAM key) {
     switch (key) {
+        case VK_TAB:
+            return GetKeyState(VK_CONTROL) >= 0;
         case VK_RETURN:
         case VK_EXECUTE:
         case VK_LEFT:
@@ -59,18 +61,32 @@ bool isDialogKey(WPARAM key) {
     }
 }
 
-// True when the key was one of a dialog's and has been acted upon. All others stay with the host,
-// which may have accelerators of its own.
-bool take(MSG& message) {
-    if (message.message != WM_KEYDOWN) return false;
-    const bool tab = message.wParam == VK_TAB && GetKeyState(VK_CONTROL) >= 0;
-    if (!tab && !isDialogKey(message.wParam)) return false;
-    HWND dialog = markedAncestor(message.hwnd);
-    if (!dialog || systemTakesKeys()) return false;
-    if (!tab) return IsDialogMessageW(dialog, &message) != FALSE;
+BOOL CALLBACK tellMarked(HWND window, LPARAM) {
+    if (GetPropW(window, markName)) PostMessageW(window, KeyboardHook::focusMoved, 0, 0);
+    return TRUE;
+}
+
+bool act(HWND dialog, MSG& message) {
+    if (message.wParam != VK_TAB) return IsDialogMessageW(dialog, &message) != FALSE;
     if (wantsTab(message)) return false;
     moveFocus(dialog, message.hwnd);
     return true;
+}
+
+// True when the key was one of a dialog's and has been acted upon. All others stay with the host,
+// which may have accelerators of its own, and may move the focus from its controls to ours.
+bool take(MSG& message) {
+    if (message.message != WM_KEYDOWN || !isDialogKey(message.wParam)) return false;
+    if (systemTakesKeys()) return false;
+    HWND dialog = markedAncestor(message.hwnd);
+    if (!dialog) {
+        EnumChildWindows(GetAncestor(message.hwnd, GA_ROOT), &tellMarked, 0);
+        return false;
+    }
+    const HWND before = GetFocus();
+    const bool taken = act(dialog, message);
+    if (GetFocus() != before) SendMessageW(dialog, KeyboardHook::focusMoved, 0, 0);
+    return taken;
 }
 
 LRESULT CALLBACK onMessageTaken(int code, WPARAM removed, LPARAM data) {

@@ -9,6 +9,9 @@ namespace korvane {
 // that the thread takes from its queue, as long as it lives.
 class KeyboardHook {
   public:
+    // The dialog gets this message when a key may have moved the focus to another of its controls.
+    static constexpr UINT focusMoved = WM_APP;
+
     // `dialog` belongs to the calling thread.
     explicit KeyboardHook(HWND dialog);
     ~KeyboardHook();

@@ -5,7 +5,8 @@
 namespace korvane {
 namespace {
 
-constexpr int lineStep = 24;  // pixels
+constexpr int lineStep = 24;   // pixels
+constexpr int viewMargin = 8;  // pixels
 
 SCROLLINFO scrollInfo(HWND window, int bar) {
     SCROLLINFO info{};
@@ -28,6 +29,29 @@ RECT clientArea(HWND window) {
     RECT area{};
     GetClientRect(window, &area);
     return area;
+}
+
+void setPosition(HWND window, int bar, int position) {
+    SCROLLINFO info{};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_POS;
+    info.nPos = position;
+    SetScrollInfo(window, bar, &info, TRUE);
+}
+
+// From the view's beginning, which lies `size` before its end.
+void reveal(HWND window, int bar, int begin, int end) {
+    const SCROLLINFO info = scrollInfo(window, bar);
+    const int excess = std::max(end + viewMargin - static_cast<int>(info.nPage), 0);
+    setPosition(window, bar, info.nPos + std::min(excess, begin - viewMargin));
+}
+
+// In pixels. More lines than a page holds, as which the setting also says "a page", are a page.
+int notchStep(int page) {
+    UINT lines = 3;
+    SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &lines, 0);
+    const auto linesOfPage = static_cast<UINT>(page / lineStep);
+    return lines > linesOfPage ? page : static_cast<int>(lines) * lineStep;
 }
 
 int requested(const SCROLLINFO& info, WPARAM request) {
@@ -67,11 +91,27 @@ RECT placeScrolled(HWND window, SIZE least) {
 }
 
 void scrollBar(HWND window, int bar, WPARAM request) {
-    SCROLLINFO info = scrollInfo(window, bar);
-    const int wanted = requested(info, request);
-    info.fMask = SIF_POS;
-    info.nPos = wanted;
-    SetScrollInfo(window, bar, &info, TRUE);
+    setPosition(window, bar, requested(scrollInfo(window, bar), request));
+}
+
+void scrollIntoView(HWND window, const RECT& area) {
+    reveal(window, SB_HORZ, area.left, area.right);
+    reveal(window, SB_VERT, area.top, area.bottom);
+}
+
+// A wheel turned away from its user scrolls up or to the left, one tilted to the right, right.
+bool WheelScrolling::turn(HWND window, UINT message, WPARAM wParam) {
+    const bool tilted = message == WM_MOUSEHWHEEL;
+    const int bar = tilted || (LOWORD(wParam) & MK_SHIFT) ? SB_HORZ : SB_VERT;
+    const SCROLLINFO info = scrollInfo(window, bar);
+    const int page = static_cast<int>(info.nPage);
+    if (page > info.nMax) return false;
+    const int delta = GET_WHEEL_DELTA_WPARAM(wParam);
+    int& turned = turned_[bar];
+    turned += (tilted ? delta : -delta) * notchStep(page);
+    setPosition(window, bar, info.nPos + turned / WHEEL_DELTA);
+    turned %= WHEEL_DELTA;
+    return true;
 }
 
 }  // namespace korvane

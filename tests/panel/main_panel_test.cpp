@@ -161,6 +161,44 @@ TEST_F(MainPanelTest, FillsTheHostOrScrollsAndLeavesAPanelThatTheHostPlacesAlone
     EXPECT_THAT(areaIn(panel_.hwnd(), host_.window()), ElementsAre(30, 40, 830, 640));
 }
 
+TEST_F(MainPanelTest, ScrollsByTheWheelInTheSystemsSteps) {
+    constexpr UINT aPage = WHEEL_PAGESCROLL;
+    UINT usual = 0;
+    SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &usual, 0);
+    host_.resize(400, 300);
+    const HWND panel = panel_.hwnd();
+    SendMessageW(panel, WM_VSCROLL, SB_LINEDOWN, 0);
+    const int line = GetScrollPos(panel, SB_VERT);
+    SendMessageW(panel, WM_VSCROLL, SB_LINEUP, 0);
+    const struct {
+        UINT lines, message, keys;
+        int delta, times, x, y;
+    } steps[] = {
+        {2, WM_MOUSEWHEEL, 0, -120, 1, 0, 2 * line},
+        {2, WM_MOUSEWHEEL, MK_CONTROL, -1, 120, 0, 4 * line},
+        {4, WM_MOUSEWHEEL, 0, 30, 3, 0, line},
+        {0, WM_MOUSEWHEEL, 0, -120, 9, 0, line},
+        {3, WM_MOUSEWHEEL, 0, 240, 1, 0, 0},
+        {aPage, WM_MOUSEWHEEL, 0, -120, 1, 0, clientArea(panel)[3]},
+        {99, WM_MOUSEWHEEL, 0, 120, 1, 0, 0},
+        {1, WM_MOUSEWHEEL, MK_SHIFT, -360, 1, 3 * line, 0},
+        {1, WM_MOUSEHWHEEL, 0, -120, 1, 2 * line, 0},
+        {1, WM_MOUSEHWHEEL, 0, 40, 3, 3 * line, 0},
+    };
+    for (const auto& [lines, message, keys, delta, times, x, y] : steps) {
+        SystemParametersInfoW(SPI_SETWHEELSCROLLLINES, lines, nullptr, 0);
+        const auto turn = MAKEWPARAM(keys, delta);
+        // Not every system hands both messages up.
+        const HWND target = message == WM_MOUSEWHEEL ? button(IDC_REBOOT) : panel;
+        for (int i = 0; i < times; ++i) SendMessageW(target, message, turn, 0);
+        EXPECT_EQ(-areaIn(body(), panel)[0], x) << message << ' ' << delta;
+        EXPECT_EQ(-areaIn(body(), panel)[1], y) << message << ' ' << delta;
+    }
+    SystemParametersInfoW(SPI_SETWHEELSCROLLLINES, usual, nullptr, 0);
+    host_.resize(1250, 950);
+    EXPECT_FALSE(WheelScrolling().turn(panel, WM_MOUSEWHEEL, MAKEWPARAM(0, 120)));
+}
+
 TEST_F(MainPanelTest, AboutTellsTheVersionsAndACommandAsksAndReports) {
     ParamBlock264 params{};
     std::memcpy(params.softwareVersion.data(), "V2.1", 5);
@@ -285,6 +323,45 @@ TEST_P(PanelKeysTest, EnterPressesTheFocusedButtonAndNeverOneOfTheHost) {
         EXPECT_THAT(r.topWindows(), ElementsAre(host_.window()));
     });
     EXPECT_THAT(host_.commands(), ElementsAre());
+}
+
+// As the message loop of a host that knows dialogs would.
+void pressInHost(HWND host, HWND control, WORD key) {
+    MSG message;
+    PostMessageW(control, WM_KEYDOWN, key, 1);
+    PeekMessageW(&message, control, WM_KEYDOWN, WM_KEYDOWN, PM_REMOVE);
+    IsDialogMessageW(host, &message);
+}
+
+TEST_P(PanelKeysTest, ScrollToTheControlThatTheyReach) {
+    const HWND save = button(IDC_SAVE_TO_DEVICE), panel = panel_.hwnd();
+    // Whole, or what is larger than the view by its beginning.
+    const auto expectFocusInView = [&] {
+        const Area view = clientArea(panel), area = areaIn(focused(), panel);
+        for (const int side : {0, 1}) {
+            EXPECT_GT(area[side], 0) << side;
+            EXPECT_LT(std::min(area[side + 2], area[side] + view[side + 2] / 2), view[side + 2]);
+        }
+    };
+    host_.resize(400, 300);
+    drive([&](Robot& r) {
+        r.click(panel, IDC_SHOW_MONITOR);
+        r.settle();
+        focus(save);
+        std::set<HWND> seen;
+        while (IsChild(panel, focused()) && seen.insert(focused()).second) {
+            press(r, VK_TAB);
+            if (IsChild(panel, focused())) expectFocusInView();
+        }
+        EXPECT_EQ(seen.size(), 11u);
+        if (host_.button()) {
+            EXPECT_EQ(focused(), host_.button());
+            host_.run([&] { pressInHost(host_.window(), host_.button(), VK_TAB); });
+            r.settle();
+        }
+        EXPECT_EQ(focused(), save);
+        expectFocusInView();
+    });
 }
 
 int chosenItem = 0;
