@@ -21,11 +21,16 @@ HWND hostWindow(const void* window);
 std::string hostText(const void* text);
 
 // What a host gets as the panel's window object: laid out so that the inline accessors of the
-// host's class library find the handle.
+// host's class library find the handle, and behind it no owner, no site and no control container
+// (which they look for up to 0x54), whatever version of the library the host has.
 struct PanelWindowObject {
-    std::array<std::byte, KORVANE_HANDLE_OFFSET> zeros{};
+    static constexpr std::size_t size = 0x100;
+
+    std::array<std::byte, KORVANE_HANDLE_OFFSET> zerosBefore{};
     HWND window = nullptr;
+    std::array<std::byte, size - KORVANE_HANDLE_OFFSET - sizeof(HWND)> zerosBehind{};
 };
 static_assert(offsetof(PanelWindowObject, window) == KORVANE_HANDLE_OFFSET);
+static_assert(sizeof(PanelWindowObject) == PanelWindowObject::size);
 
 }  // namespace korvane

@@ -1,5 +1,6 @@
 #include "korvane/plugin.h"
 
+#include <algorithm>
 #include <bit>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -50,8 +51,15 @@ class PluginTest : public testing::Test {
     struct WindowObject {
         std::byte base[0x20] = {};
         HWND window = nullptr;
+        std::byte rest[0x100 - 0x24] = {};
     };
     HWND panel() const { return static_cast<WindowObject*>(getWnd_())->window; }
+    // As the inline accessors of the host's class library read it.
+    bool allButTheHandleIsZero() const {
+        const auto& object = *static_cast<WindowObject*>(getWnd_());
+        const auto isZero = [](std::byte byte) { return byte == std::byte{}; };
+        return std::ranges::all_of(object.base, isZero) && std::ranges::all_of(object.rest, isZero);
+    }
 
     test::TestHost host_;
     HMODULE library_ = nullptr;
@@ -76,7 +84,9 @@ TEST_F(PluginTest, ExportsItsThreeFunctionsAndNothingElse) {
 
 TEST_F(PluginTest, StartsOnceAndStopsAsOftenAsAsked) {
     EXPECT_EQ(panel(), nullptr) << "the object is there before its window";
+    EXPECT_TRUE(allButTheHandleIsZero());
     EXPECT_EQ(start_(&parent_, &address_), KORVANE_STARTED);
+    EXPECT_TRUE(allButTheHandleIsZero());
     const HWND first = panel();
     EXPECT_EQ(GetParent(first), host_.window());
     EXPECT_TRUE(IsWindowVisible(first));
@@ -85,6 +95,7 @@ TEST_F(PluginTest, StartsOnceAndStopsAsOftenAsAsked) {
     EXPECT_EQ(stop_(), 0);
     EXPECT_FALSE(IsWindow(first));
     EXPECT_EQ(panel(), nullptr);
+    EXPECT_TRUE(allButTheHandleIsZero());
     EXPECT_EQ(stop_(), 0);
     EXPECT_EQ(start_(host_.window(), &address_), KORVANE_STARTED) << "with a plain handle";
     FreeLibrary(library_);
