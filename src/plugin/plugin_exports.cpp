@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <new>
+#include <utility>
 
 #include "device/device_manager.h"
 #include "device/monitor_thread.h"
@@ -14,6 +16,7 @@
 #include "log/log.h"
 #include "panel/main_panel.h"
 #include "plugin/host_border.h"
+#include "plugin/library_freed.h"
 #include "ui/modal.h"
 
 namespace korvane {
@@ -60,12 +63,14 @@ struct Plugin {
     bool started = false;
 };
 
-// Made by the first call, for the entry routine may not; never destroyed, for at the end of the
-// process its threads have been ended by force, and nothing may wait for them any more.
+Plugin* instance = nullptr;
+
+// Made by the first call, for the entry routine may not. Not a static object, which would also be
+// destroyed at the end of the process: its threads have been ended by force then.
 Plugin& plugin() {
     alignas(Plugin) static std::byte room[sizeof(Plugin)];
-    static Plugin* const instance = new (room) Plugin;
-    return *instance;
+    static Plugin* const made = instance = new (room) Plugin;
+    return *made;
 }
 
 int startDevice(Plugin& self, const void* address) {
@@ -106,6 +111,12 @@ void stop() {
 }
 
 }  // namespace
+
+// A host that freed more than it loaded got past the hold; what runs then cannot be waited for.
+void libraryFreed() noexcept {
+    if (instance && !instance->started) std::destroy_at(std::exchange(instance, nullptr));
+}
+
 }  // namespace korvane
 
 // No exception may cross into the host, which is built with another compiler.
