@@ -123,9 +123,10 @@ trap finish EXIT
 build native
 build windows-x86
 
-note "checks of the sources"
+note "checks of the sources and of the library"
 check "format" check_format
 check "portability" python3 scripts/check_portability.py
+check "library" python3 scripts/check_library.py
 
 # The Windows programs mostly wait, so the other builds use the processor meanwhile and give way to
 # them. As a process group of its own the job can be ended as a whole.
