@@ -3,12 +3,13 @@
 
 A host brings nothing along but Windows, so the library may need no more than that; it finds three
 functions by their bare names; and the loader may put the library anywhere, run no data of it as
-code, and ask its handlers about faults.
+code, and ask its handlers about faults. Beside it, in symbols/, is the same code with its lines.
 """
 import pathlib
 import re
-import subprocess
 import sys
+
+from read_crash_report import Image, tool
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
@@ -54,11 +55,22 @@ def complaints(listing):
         yield "denies that it has handlers for faults (NO_SEH)"
 
 
+def symbol_complaints(library, listing):
+    symbols = library.parent / "symbols" / library.name
+    if not symbols.exists() or Image(symbols).code != Image(library).code:
+        yield f"{symbols} is not the same code"
+        return
+    start = re.search(r"\[ +1\] \+base\[ +2\] ([0-9a-f]+) Export RVA", listing)
+    if not start or "plugin_exports.cpp:" not in Image(symbols).line(
+            Image(symbols).base + int(start[1], 16)):
+        yield f"{symbols} does not say which lines its code comes from"
+
+
 def main():
-    library = sys.argv[1] if len(sys.argv) > 1 else ROOT / "build/windows-x86/Korvane.dll"
-    listing = subprocess.run(["i686-w64-mingw32-objdump", "-p", library], capture_output=True,
-                             text=True, check=True).stdout
-    found = list(complaints(listing))
+    library = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else
+                           ROOT / "build/windows-x86/Korvane.dll")
+    listing = tool(["objdump", "-p", library])
+    found = [*complaints(listing), *symbol_complaints(library, listing)]
     print("\n".join(found) or f"{library} is as a host expects it")
     return 1 if found else 0
 
