@@ -5,6 +5,8 @@
 #include <string_view>
 
 #include "device/device_client.h"
+#include "log/log.h"
+#include "model/channel_text.h"
 
 namespace korvane {
 namespace {
@@ -20,6 +22,23 @@ std::string printableText(const std::array<char, 16>& field) {
     const bool printable =
         std::all_of(field.begin(), end, [](char c) { return c >= ' ' && c <= '~'; });
     return printable ? std::string(field.begin(), end) : std::string();
+}
+
+void logFile(const char* what, const std::filesystem::path& path, int result) {
+    const std::u8string name = path.u8string();
+    logLine(result == 0 ? logInformation : logError, "%s配置文件 %s, 结果%d", what,
+            reinterpret_cast<const char*>(name.c_str()), result);
+}
+
+// As many as fit a box that fits the screen.
+std::string leftOutText(const ChannelsLeftOut& channels) {
+    constexpr std::size_t most = 20;
+    std::string text =
+        "文件中的输入通道超过" + std::to_string(limits::inputChannels) + "个，以下通道未导入:";
+    for (std::size_t i = 0; i < std::min(most, channels.size()); ++i)
+        text += '\n' + channelName(channels[i]);
+    if (channels.size() > most) text += "\n等" + std::to_string(channels.size()) + "个";
+    return text;
 }
 
 }  // namespace
@@ -50,7 +69,7 @@ void PanelCommands::load() {
     if (result != 0) return reportTransferFailure(result);
     pages_.refresh();
     // The cache only spares a load at the next start: without it nothing is lost.
-    manager_.model().saveCacheFile();
+    if (manager_.model().saveCacheFile() != 0) logLine(logWarning, "配置缓存文件写入失败");
 }
 
 void PanelCommands::reboot() {
@@ -74,7 +93,9 @@ void PanelCommands::restoreDefaults() {
 void PanelCommands::exportFile() {
     const auto path = prompts_.chooseFileToSave({"ipr", fileFilter});
     if (!path) return;
-    if (manager_.model().saveConfigFile(*path) != 0) return prompts_.warning("导出配置出错");
+    const int result = manager_.model().saveConfigFile(*path);
+    logFile("导出", *path, result);
+    if (result != 0) return prompts_.warning("导出配置出错");
     prompts_.message("导出配置成功");
 }
 
@@ -83,17 +104,21 @@ void PanelCommands::importFile() {
     if (!path) return;
     const bool withDeviceParams =
         prompts_.confirm("导入业务配置的同时，导入网络配置吗", Prompts::DefaultButton::No);
-    if (importInto(*path, withDeviceParams) != 0) return prompts_.warning("导入配置出错");
+    ChannelsLeftOut leftOut;
+    const int result = importInto(*path, withDeviceParams, leftOut);
+    logFile("导入", *path, result);
+    if (result != 0) return prompts_.warning("导入配置出错");
     pages_.refresh();
     prompts_.message("导入配置成功");
+    if (!leftOut.empty()) prompts_.warning(leftOutText(leftOut));
 }
 
 // A file can fail after its channels have been taken. To the operator an import that failed changed
 // nothing, so they are put back.
-int PanelCommands::importInto(const std::filesystem::path& path, bool withDeviceParams) {
+int PanelCommands::importInto(const std::filesystem::path& path, bool withDeviceParams,
+                              ChannelsLeftOut& leftOut) {
     ConfigModel& model = manager_.model();
     const FlatChannelList channels = model.flatChannels();
-    ChannelsLeftOut leftOut;
     const int result = model.loadConfigFile(path, withDeviceParams, leftOut);
     if (result != 0) model.setFlatChannels(channels);
     return result;

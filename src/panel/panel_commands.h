@@ -43,7 +43,8 @@ class PanelCommands {
     bool settledSinceLastSetting(std::string_view refusal);
     void reportTransferFailure(int result);
     void reportCommandFailure(int result);
-    int importInto(const std::filesystem::path& path, bool withDeviceParams);
+    int importInto(const std::filesystem::path& path, bool withDeviceParams,
+                   ChannelsLeftOut& leftOut);
 
     DeviceManager& manager_;
     Prompts& prompts_;

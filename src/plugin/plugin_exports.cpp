@@ -73,19 +73,26 @@ Plugin& plugin() {
     return *made;
 }
 
-int startDevice(Plugin& self, const void* address) {
+// What comes of `work`, or of its failure: no exception may cross into the host, which is built
+// with another compiler.
+template <class Work>
+auto contained(Work work, decltype(work()) failure) noexcept {
     try {
-        const std::string device = hostText(address);
-        const int result = self.manager.Start(device);
-        // Now that nothing asks any more whether the device before answers.
-        self.device.watch(device);
-        return result == 0 ? KORVANE_STARTED : KORVANE_DEVICE_FAILED;
-    } catch (const std::exception& error) {
-        logLine(logError, "启动失败: %s", error.what());
-        return KORVANE_DEVICE_FAILED;
+        return work();
+    } catch (const std::exception& exception) {
+        logLine(logError, "接口函数异常: %s", exception.what());
     } catch (...) {
-        return KORVANE_DEVICE_FAILED;
+        logLine(logError, "接口函数异常");
     }
+    return failure;
+}
+
+int startDevice(Plugin& self, const void* address) {
+    const std::string device = hostText(address);
+    const int result = self.manager.Start(device);
+    // Now that nothing asks any more whether the device before answers.
+    self.device.watch(device);
+    return result == 0 ? KORVANE_STARTED : KORVANE_DEVICE_FAILED;
 }
 
 int start(void* window, const void* address) {
@@ -94,7 +101,7 @@ int start(void* window, const void* address) {
     dismissModals();
     self.hold.take();
     self.started = true;
-    const int result = startDevice(self, address);
+    const int result = contained([&] { return startDevice(self, address); }, KORVANE_DEVICE_FAILED);
     // A panel that is there already shows another device, or none, from now on.
     self.panel.refresh();
     if (self.panel.create(hostWindow(window))) return result;
@@ -102,12 +109,13 @@ int start(void* window, const void* address) {
     return KORVANE_NO_PANEL;
 }
 
-void stop() {
+int stop() {
     Plugin& self = plugin();
     if (self.started) self.manager.Stop();
     self.started = false;
     self.panel.destroy();
     if (ModalScope::depth() == 0) self.hold.release();
+    return 0;
 }
 
 }  // namespace
@@ -119,31 +127,16 @@ void libraryFreed() noexcept {
 
 }  // namespace korvane
 
-// No exception may cross into the host, which is built with another compiler.
-
 int KORVANE_CALL cmmbStart(void* window, const KorvaneText* address) {
-    try {
-        return korvane::start(window, address);
-    } catch (...) {
-        return KORVANE_NO_PANEL;
-    }
+    return korvane::contained([&] { return korvane::start(window, address); }, KORVANE_NO_PANEL);
 }
 
 void* KORVANE_CALL cmmbGetWnd() {
-    try {
-        return &korvane::plugin().object;
-    } catch (...) {
-        static korvane::PanelWindowObject none;
-        return &none;
-    }
+    static korvane::PanelWindowObject none;
+    return korvane::contained([] { return &korvane::plugin().object; }, &none);
 }
 
+// What a failure leaves is ended by the next start or by the process.
 int KORVANE_CALL cmmbStop() {
-    try {
-        korvane::stop();
-    } catch (...) {
-        // Whatever is left is ended by the next start or by the process.
-        return 0;
-    }
-    return 0;
+    return korvane::contained(&korvane::stop, 0);
 }

@@ -2,7 +2,9 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
+#include "log/log.h"
 #include "text/text.h"
 #include "ui/bar_chart_drawing.h"
 #include "ui/module.h"
@@ -40,6 +42,7 @@ class BarChartWindow {
     std::wstring valueTitle_, barTitle_;
     std::vector<double> values_;
     bool scaleStale_ = true, barsStale_ = true;
+    bool failed_ = false;
     BarChartLayout layout_;
     MemoryPicture scale_, picture_;
 };
@@ -58,8 +61,11 @@ LRESULT CALLBACK BarChartWindow::procedure(HWND window, UINT message, WPARAM wPa
             self = nullptr;
         }
         if (self) return self->handle(message, wParam, lParam);
-    } catch (...) {
-        // Without memory: a window that is not made, or a picture that is not renewed.
+    } catch (const std::exception& failure) {
+        // Without memory: a window that is not made, or a picture that is not renewed. It is tried
+        // again with each status, and logged once.
+        if (!self || !std::exchange(self->failed_, true))
+            logLine(logError, "图表窗口过程异常: %s", failure.what());
         if (message == WM_NCCREATE) return FALSE;
         if (message == WM_PAINT) ValidateRect(window, nullptr);
         return 0;

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "log/log.h"
 #include "text/text.h"
 #include "ui/modal.h"
 #include "ui/module.h"
@@ -16,6 +17,7 @@ constexpr int screenDpi = 96;
 constexpr int initFailed = -1;
 
 void showFailure(const char* reason) noexcept {
+    logLine(logError, "窗口过程异常: %s", reason);
     const ModalScope scope;
     try {
         const std::wstring text = L"操作未完成，程序内部错误:\n" + toWide(reason);

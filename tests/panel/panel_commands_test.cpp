@@ -4,9 +4,12 @@
 #include <fstream>
 #include <gtest/gtest.h>
 
+#include "model/config_file.h"
+#include "model/whole_file.h"
 #include "panel/panel_pages.h"
 #include "panel/table_pages.h"
 #include "support/configurations.h"
+#include "support/recorded_log.h"
 #include "support/recording_sink.h"
 #include "support/scratch_directory.h"
 #include "support/scripted_link.h"
@@ -193,6 +196,25 @@ TEST_F(PanelCommandsTest, ExportThenImportBringsBackWhatWasThere) {
         EXPECT_EQ(model.flatChannels(), oneChannel(5000));
         EXPECT_STREQ(model.deviceParams().controlMac.data(), withNetwork ? "001122334455" : "");
     }
+}
+
+TEST_F(PanelCommandsTest, AnImportNamesTheChannelsThatItHadToLeaveOut) {
+    auto bytes = config_file::encode(*std::make_unique<Configuration>());
+    std::vector<std::uint8_t> channels(82 * sizeof(InputChannelRecord));
+    channels[60 * sizeof(InputChannelRecord) + 7] = 9;
+    bytes[32] = 82;
+    bytes.insert(bytes.begin() + sizeof(config_file::Header), channels.begin(), channels.end());
+    ASSERT_TRUE(replaceFile(directory_.path() / "full.dat", bytes));
+    test::RecordedLog log;
+    std::string named = "\n视频 0.0.0.9:0";
+    for (int i = 1; i < 20; ++i) named += "\n视频 0.0.0.0:0";
+    EXPECT_EQ(press(importFile, true, "full.dat"),
+              importing + refreshed +
+                  "say 导入配置成功\nwarn 文件中的输入通道超过60个，以下通道未导入:" + named +
+                  "\n等22个\n");
+    EXPECT_EQ(manager_.model().flatChannels().size(), 60u);
+    EXPECT_EQ(log.count("0 导入配置文件"), 1);
+    EXPECT_EQ(log.count("full.dat, 结果0"), 1);
 }
 
 // A file of an unknown version is noticed only after its channels have been taken.

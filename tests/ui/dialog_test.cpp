@@ -5,6 +5,7 @@
 
 #include "host/robot.h"
 #include "resources/ids.h"
+#include "support/recorded_log.h"
 #include "ui/modal.h"
 #include "ui/window_prompts.h"
 
@@ -61,7 +62,8 @@ TEST(Dialog, FailureToInitialiseReachesTheCaller) {
     EXPECT_FALSE(dialog.create(nullptr)) << "but not twice";
 }
 
-TEST(Dialog, FailureInAHandlerIsShownAndGoesNoFurther) {
+TEST(Dialog, FailureInAHandlerIsShownLoggedAndGoesNoFurther) {
+    test::RecordedLog log;
     TestDialog dialog;
     dialog.atAsk = [] { throw std::runtime_error("磁盘已满"); };
     RobotThread robot([](Robot& r) {
@@ -71,6 +73,7 @@ TEST(Dialog, FailureInAHandlerIsShownAndGoesNoFurther) {
         r.command(shown, IDCANCEL);
     });
     EXPECT_EQ(dialog.showModal(), IDCANCEL);
+    EXPECT_EQ(log.lines(), std::vector<std::string>{"2 窗口过程异常: 磁盘已满"});
 }
 
 TEST(Dialog, AnswersNotificationsAndMayDestroyItselfInAHandler) {
