@@ -16,6 +16,7 @@ namespace {
 
 using host::Robot;
 using host::RobotThread;
+using testing::_;
 using testing::ElementsAre;
 
 constexpr const char* rebootQuestion = "确认要重启设备吗?";
@@ -46,10 +47,27 @@ Area clientArea(HWND window) {
     return {0, 0, area.right, area.bottom};
 }
 
+// A host's window may be a dialog; then the dialog manager might bring it the panel's commands.
+int commandsOfHost = 0;
+
+INT_PTR CALLBACK noteCommands(HWND, UINT message, WPARAM, LPARAM) {
+    if (message == WM_COMMAND) ++commandsOfHost;
+    return FALSE;
+}
+
+HWND makeDialogHost() {
+    alignas(DWORD) const struct {
+        DLGTEMPLATE dialog;
+        WORD noMenu, usualClass, noTitle;
+    } data{{WS_OVERLAPPEDWINDOW, 0, 0, 0, 0, 0, 0}, 0, 0, 0};
+    HWND host = CreateDialogIndirectParamW(nullptr, &data.dialog, nullptr, &noteCommands, 0);
+    CreateWindowW(L"Button", L"OK", WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_DEFPUSHBUTTON, 0, 0, 9,
+                  9, host, reinterpret_cast<HMENU>(IDOK), nullptr, nullptr);
+    return host;
+}
+
 class MainPanelTest : public testing::Test {
   protected:
-    explicit MainPanelTest(test::TestHost::Kind kind = test::TestHost::Kind::Window)
-        : host_(kind) {}
     void SetUp() override {
         ASSERT_EQ(manager_.client().Start("127.0.0.9"), 0);
         ASSERT_TRUE(panel_.create(host_.window()));
@@ -72,18 +90,20 @@ class MainPanelTest : public testing::Test {
     HWND body() const { return GetWindow(panel_.hwnd(), GW_CHILD); }
     HWND button(int id) const { return GetDlgItem(body(), id); }
 
-    void focus(HWND control) const {
-        host_.run([control] { SetFocus(control); });
+    // All on this thread, which takes the key from its queue as a host does.
+    static void press(HWND control, WORD key) {
+        PostMessageW(control, WM_KEYDOWN, key, 1);
+        for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);)
+            DispatchMessageW(&message);
     }
-    HWND focused() const {
-        HWND window = nullptr;
-        host_.run([&window] { window = GetFocus(); });
-        return window;
-    }
-    // To the control that has the focus.
-    void press(Robot& r, WORD key) const {
-        r.key(focused(), key);
-        r.settle();
+    // Reached, and in view: whole, or if it is larger than that by its beginning.
+    void expectReached(HWND control) const {
+        EXPECT_EQ(GetFocus(), control);
+        const Area view = clientArea(panel_.hwnd()), area = areaIn(control, panel_.hwnd());
+        for (const int side : {0, 1}) {
+            EXPECT_GT(area[side], 0);
+            EXPECT_LT(std::min(area[side + 2], area[side] + view[side + 2] / 2), view[side + 2]);
+        }
     }
 
     // `parent` shows one page, and none of those shown before.
@@ -161,44 +181,6 @@ TEST_F(MainPanelTest, FillsTheHostOrScrollsAndLeavesAPanelThatTheHostPlacesAlone
     EXPECT_THAT(areaIn(panel_.hwnd(), host_.window()), ElementsAre(30, 40, 830, 640));
 }
 
-TEST_F(MainPanelTest, ScrollsByTheWheelInTheSystemsSteps) {
-    constexpr UINT aPage = WHEEL_PAGESCROLL;
-    UINT usual = 0;
-    SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &usual, 0);
-    host_.resize(400, 300);
-    const HWND panel = panel_.hwnd();
-    SendMessageW(panel, WM_VSCROLL, SB_LINEDOWN, 0);
-    const int line = GetScrollPos(panel, SB_VERT);
-    SendMessageW(panel, WM_VSCROLL, SB_LINEUP, 0);
-    const struct {
-        UINT lines, message, keys;
-        int delta, times, x, y;
-    } steps[] = {
-        {2, WM_MOUSEWHEEL, 0, -120, 1, 0, 2 * line},
-        {2, WM_MOUSEWHEEL, MK_CONTROL, -1, 120, 0, 4 * line},
-        {4, WM_MOUSEWHEEL, 0, 30, 3, 0, line},
-        {0, WM_MOUSEWHEEL, 0, -120, 9, 0, line},
-        {3, WM_MOUSEWHEEL, 0, 240, 1, 0, 0},
-        {aPage, WM_MOUSEWHEEL, 0, -120, 1, 0, clientArea(panel)[3]},
-        {99, WM_MOUSEWHEEL, 0, 120, 1, 0, 0},
-        {1, WM_MOUSEWHEEL, MK_SHIFT, -360, 1, 3 * line, 0},
-        {1, WM_MOUSEHWHEEL, 0, -120, 1, 2 * line, 0},
-        {1, WM_MOUSEHWHEEL, 0, 40, 3, 3 * line, 0},
-    };
-    for (const auto& [lines, message, keys, delta, times, x, y] : steps) {
-        SystemParametersInfoW(SPI_SETWHEELSCROLLLINES, lines, nullptr, 0);
-        const auto turn = MAKEWPARAM(keys, delta);
-        // Not every system hands both messages up.
-        const HWND target = message == WM_MOUSEWHEEL ? button(IDC_REBOOT) : panel;
-        for (int i = 0; i < times; ++i) SendMessageW(target, message, turn, 0);
-        EXPECT_EQ(-areaIn(body(), panel)[0], x) << message << ' ' << delta;
-        EXPECT_EQ(-areaIn(body(), panel)[1], y) << message << ' ' << delta;
-    }
-    SystemParametersInfoW(SPI_SETWHEELSCROLLLINES, usual, nullptr, 0);
-    host_.resize(1250, 950);
-    EXPECT_FALSE(WheelScrolling().turn(panel, WM_MOUSEWHEEL, MAKEWPARAM(0, 120)));
-}
-
 TEST_F(MainPanelTest, AboutTellsTheVersionsAndACommandAsksAndReports) {
     ParamBlock264 params{};
     std::memcpy(params.softwareVersion.data(), "V2.1", 5);
@@ -243,7 +225,6 @@ TEST_F(MainPanelTest, CanBeTakenDownWhileItShowsSomething) {
                 r.answer(r.waitBox("确认要重新从设备获取配置吗?"), IDYES);
             const HWND shown = r.waitDialog(caption);
             EXPECT_EQ(GetWindow(shown, GW_OWNER), host_.window());
-            EXPECT_FALSE(IsWindowEnabled(host_.window()));
             host_.run([&] {
                 EXPECT_EQ(ModalScope::depth(), 1);
                 if (id == IDC_LOAD_FROM_DEVICE) manager_.client().Stop();
@@ -282,137 +263,102 @@ TEST_F(MainPanelTest, OutlivesAHostThatTakesItsWindowAwayEvenWhileItAsks) {
     last.resize(500, 400);  // whose messages nobody of ours listens to any more
 }
 
-// The panel in hosts whose message loop knows no dialogs.
-class PanelKeysTest : public MainPanelTest,
-                      public testing::WithParamInterface<test::TestHost::Kind> {
-  protected:
-    PanelKeysTest() : MainPanelTest(GetParam()) { SetForegroundWindow(host_.window()); }
-};
-
-INSTANTIATE_TEST_SUITE_P(Hosts, PanelKeysTest,
-                         testing::Values(test::TestHost::Kind::Window,
-                                         test::TestHost::Kind::Dialog));
-
-TEST_P(PanelKeysTest, WalkThePanelAndLeaveItForTheHostsControls) {
-    const HWND save = button(IDC_SAVE_TO_DEVICE);
-    drive([&](Robot& r) {
-        focus(save);
-        const auto pressAndExpect = [&](WORD key, HWND next) {
-            press(r, key);
-            EXPECT_EQ(focused(), next);
+TEST_F(MainPanelTest, KeysWalkThePanelAndScrollToWhatTheyReachWhateverTheHostIs) {
+    const HWND hosts[] = {host_.window(), makeDialogHost()};
+    const Robot robot(GetCurrentThreadId());
+    for (const HWND host : hosts) {
+        panel_.destroy();
+        ASSERT_TRUE(panel_.create(host));
+        SetWindowPos(host, nullptr, 0, 0, 400, 300, SWP_SHOWWINDOW);
+        const auto reach = [&](WORD key, int id) {
+            press(GetFocus(), key);
+            expectReached(robot.findControl(panel_.hwnd(), id));
         };
-        for (const int id : {26, 27, 28, 31, 32, 33, 21}) pressAndExpect(VK_TAB, button(id));
-        pressAndExpect(VK_RIGHT, button(IDC_SHOW_CONTROL_TABLES));
-        pressAndExpect(VK_TAB, r.findControl(panel_.hwnd(), IDC_TABLES));
-        pressAndExpect(VK_TAB, host_.button() ? host_.button() : save);
-    });
-}
-
-TEST_P(PanelKeysTest, EnterPressesTheFocusedButtonAndNeverOneOfTheHost) {
-    drive([this](Robot& r) {
-        focus(button(IDC_IMPORT));
-        for (const WORD key : {VK_TAB, VK_RETURN}) press(r, key);
-        const HWND about = r.waitDialog("关于 Korvane管理软件");
-        r.click(about, IDOK);
-        r.waitGone(about);
-        waitIdle(r, host_);
-        EXPECT_EQ(focused(), button(IDC_ABOUT));
-        r.click(panel_.hwnd(), IDC_SHOW_CONTROL_TABLES);
-        focus(r.waitControl(panel_.hwnd(), IDC_TABLES));
-        press(r, VK_RETURN);
-        EXPECT_THAT(r.topWindows(), ElementsAre(host_.window()));
-    });
-    EXPECT_THAT(host_.commands(), ElementsAre());
-}
-
-// As the message loop of a host that knows dialogs would.
-void pressInHost(HWND host, HWND control, WORD key) {
-    MSG message;
-    PostMessageW(control, WM_KEYDOWN, key, 1);
-    PeekMessageW(&message, control, WM_KEYDOWN, WM_KEYDOWN, PM_REMOVE);
-    IsDialogMessageW(host, &message);
-}
-
-TEST_P(PanelKeysTest, ScrollToTheControlThatTheyReach) {
-    const HWND save = button(IDC_SAVE_TO_DEVICE), panel = panel_.hwnd();
-    // Whole, or what is larger than the view by its beginning.
-    const auto expectFocusInView = [&] {
-        const Area view = clientArea(panel), area = areaIn(focused(), panel);
-        for (const int side : {0, 1}) {
-            EXPECT_GT(area[side], 0) << side;
-            EXPECT_LT(std::min(area[side + 2], area[side] + view[side + 2] / 2), view[side + 2]);
-        }
-    };
-    host_.resize(400, 300);
-    drive([&](Robot& r) {
-        r.click(panel, IDC_SHOW_MONITOR);
-        r.settle();
-        focus(save);
-        std::set<HWND> seen;
-        while (IsChild(panel, focused()) && seen.insert(focused()).second) {
-            press(r, VK_TAB);
-            if (IsChild(panel, focused())) expectFocusInView();
-        }
-        EXPECT_EQ(seen.size(), 11u);
-        if (host_.button()) {
-            EXPECT_EQ(focused(), host_.button());
-            host_.run([&] { pressInHost(host_.window(), host_.button(), VK_TAB); });
-            r.settle();
-        }
-        EXPECT_EQ(focused(), save);
-        expectFocusInView();
-    });
-}
-
-int chosenItem = 0;
-
-void CALLBACK showMenu(HWND window, UINT, UINT_PTR, DWORD) {
-    HMENU menu = CreatePopupMenu();
-    for (const UINT item : {7, 8}) AppendMenuW(menu, MF_STRING, item, L"item");
-    chosenItem = TrackPopupMenu(menu, TPM_RETURNCMD, 0, 0, 0, window, nullptr);
-    DestroyMenu(menu);
-}
-
-TEST_P(PanelKeysTest, BelongToAMenuOrAMoveOfTheHostWhileThatLasts) {
-    const struct {
-        UINT message;
-        WPARAM what;
-        LPARAM how;
-        DWORD mode;
-    } cases[] = {{WM_TIMER, 1, reinterpret_cast<LPARAM>(&showMenu), GUI_INMENUMODE},
-                 {WM_SYSCOMMAND, SC_MOVE, 0, GUI_INMOVESIZE}};
-    drive([&](Robot& r) {
-        for (const auto& [message, what, how, mode] : cases) {
-            const auto lasts = [this, wanted = mode] {
-                GUITHREADINFO info{};
-                info.cbSize = sizeof info;
-                GetGUIThreadInfo(GetWindowThreadProcessId(host_.window(), nullptr), &info);
-                return (info.flags & wanted) != 0;
-            };
-            focus(button(IDC_REBOOT));
-            PostMessageW(host_.window(), message, what, how);
-            r.waitFor("the host's mode to begin", lasts);
-            for (const WORD key : {VK_DOWN, VK_RETURN}) r.key(button(IDC_REBOOT), key);
-            r.waitFor("the host's mode to end", [&] { return !lasts(); });
-            EXPECT_EQ(focused(), button(IDC_REBOOT));
-            EXPECT_THAT(r.topWindows(), ElementsAre(host_.window()));
-        }
-    });
-    EXPECT_EQ(chosenItem, 7);
-}
-
-TEST_P(PanelKeysTest, AreActedUponWhenTheyAreTakenFromTheQueueAndNotWhenLookedAt) {
-    const HWND save = button(IDC_SAVE_TO_DEVICE);
-    const std::pair<UINT, int> cases[] = {{PM_NOREMOVE, IDC_SAVE_TO_DEVICE},
-                                          {PM_REMOVE, IDC_LOAD_FROM_DEVICE}};
-    SetFocus(save);
-    PostMessageW(save, WM_KEYDOWN, VK_TAB, 1);
-    for (const auto& [removal, next] : cases) {
-        MSG message;
-        ASSERT_TRUE(PeekMessageW(&message, save, WM_KEYDOWN, WM_KEYDOWN, removal));
-        EXPECT_EQ(message.message, removal == PM_REMOVE ? WM_NULL : WM_KEYDOWN);
-        EXPECT_EQ(GetFocus(), button(next));
+        const HWND first = button(IDC_SAVE_TO_DEVICE), its = GetDlgItem(host, IDOK);
+        SetFocus(first);
+        for (const int id : {26, 27, 28, 31, 32, 33, 21}) reach(VK_TAB, id);
+        reach(VK_RIGHT, IDC_SHOW_CONTROL_TABLES);
+        reach(VK_TAB, IDC_TABLES);
+        for (const WORD key : {VK_RETURN, VK_TAB}) press(GetFocus(), key);
+        EXPECT_EQ(GetFocus(), its ? its : first);
+        SendMessageW(button(IDC_SHOW_MONITOR), BM_CLICK, 0, 0);
+        SetFocus(robot.findControl(panel_.hwnd(), IDC_STRUCTURE_TREE));
+        reach(VK_TAB, IDC_REFRESH_TOGGLE);
+        SetFocus(first);  // as a host that knows dialogs does, with a key of its own control
+        if (its) press(its, VK_TAB), expectReached(first);
+        SetFocus(button(IDC_IMPORT));
+        reach(VK_TAB, IDC_ABOUT);
+        RobotThread answers([](Robot& r) { r.answer(r.waitDialog("关于 Korvane管理软件"), IDOK); });
+        press(GetFocus(), VK_RETURN);
+        answers.finish();
+        EXPECT_EQ(GetFocus(), button(IDC_ABOUT));
     }
+    DestroyWindow(hosts[1]);
+    EXPECT_EQ(commandsOfHost, 0);
+}
+
+TEST_F(MainPanelTest, KeysBelongToAMenuOrAMoveOfTheHostWhileThatLasts) {
+    const HWND first = button(IDC_SAVE_TO_DEVICE);
+    SetFocus(first);
+    const auto lasts = [thread = GetCurrentThreadId()] {
+        GUITHREADINFO info{};
+        info.cbSize = sizeof info;
+        GetGUIThreadInfo(thread, &info);
+        return (info.flags & (GUI_INMENUMODE | GUI_INMOVESIZE)) != 0;
+    };
+    for (const bool moves : {false, true}) {
+        RobotThread presses([&](Robot& r) {
+            r.waitFor("the mode to begin", lasts);
+            for (const WORD key : {VK_DOWN, VK_RETURN}) r.key(first, key);
+            r.waitFor("the mode to end", [&] { return !lasts(); });
+        });
+        if (moves) SendMessageW(host_.window(), WM_SYSCOMMAND, SC_MOVE, 0);
+        HMENU menu = GetSystemMenu(host_.window(), FALSE);
+        if (!moves) TrackPopupMenu(menu, TPM_RETURNCMD, 0, 0, 0, host_.window(), nullptr);
+        presses.finish();
+        EXPECT_EQ(GetFocus(), first);
+    }
+}
+
+TEST_F(MainPanelTest, KeysThatAreOnlyLookedAtDoNothingYet) {
+    const HWND first = button(IDC_SAVE_TO_DEVICE);
+    SetFocus(first);
+    PostMessageW(first, WM_KEYDOWN, VK_TAB, 1);
+    for (const UINT removal : {PM_NOREMOVE, PM_REMOVE}) {
+        MSG message;
+        EXPECT_TRUE(PeekMessageW(&message, first, 0, 0, removal));
+        EXPECT_EQ(GetFocus() == first, removal == PM_NOREMOVE);
+    }
+}
+
+TEST_F(MainPanelTest, TheWheelScrollsInTheSystemsSteps) {
+    UINT usual = 0;
+    SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &usual, 0);
+    host_.resize(400, 300);
+    const HWND panel = panel_.hwnd();
+    SendMessageW(panel, WM_HSCROLL, SB_LINEDOWN, 0);
+    const int line = GetScrollPos(panel, SB_HORZ);
+    const struct {
+        UINT lines, message, keys;
+        int delta, times, x, y;
+    } steps[] = {
+        {2, WM_MOUSEWHEEL, 0, -1, 120, line, 2 * line},
+        {4, WM_MOUSEWHEEL, 0, 30, 1, line, line},
+        {0, WM_MOUSEWHEEL, 0, -120, 1, line, line},
+        {1, WM_MOUSEWHEEL, MK_SHIFT, -240, 1, 3 * line, line},
+        {1, WM_MOUSEHWHEEL, 0, -120, 1, 2 * line, line},
+        {WHEEL_PAGESCROLL, WM_MOUSEWHEEL, 0, -120, 1, 2 * line, line + clientArea(panel)[3]},
+    };
+    for (const auto& [lines, message, keys, delta, times, x, y] : steps) {
+        SystemParametersInfoW(SPI_SETWHEELSCROLLLINES, lines, nullptr, 0);
+        // Not every system hands both messages up.
+        const HWND target = message == WM_MOUSEWHEEL ? button(IDC_REBOOT) : panel;
+        for (int i = 0; i < times; ++i) SendMessageW(target, message, MAKEWPARAM(keys, delta), 0);
+        EXPECT_THAT(areaIn(body(), panel), ElementsAre(-x, -y, _, _)) << lines << ' ' << delta;
+    }
+    SystemParametersInfoW(SPI_SETWHEELSCROLLLINES, usual, nullptr, 0);
+    host_.resize(1250, 950);
+    EXPECT_FALSE(WheelScrolling().turn(panel, WM_MOUSEWHEEL, MAKEWPARAM(0, 120)));
 }
 
 }  // namespace

@@ -37,22 +37,6 @@ class RecordingPage : public PageContent {
     Log& log_;
 };
 
-// Notes when something is sent, by its command.
-class NotingLink : public test::ScriptedLink {
-  public:
-    explicit NotingLink(Log& notes) : notes_(notes) {}
-    int send(std::uint32_t address, std::uint16_t port, std::uint32_t timeoutMs, const void* data,
-             std::uint16_t length) override {
-        const auto* bytes = static_cast<const std::uint8_t*>(data);
-        notes_.push_back("sent " + std::to_string(CommandFrame::read(bytes).code));
-        return ScriptedLink::send(address, port, timeoutMs, data, length);
-    }
-    void restart() { ScriptedLink::operator=({}); }
-
-  private:
-    Log& notes_;
-};
-
 class PanelCommandsTest : public testing::Test, protected TransferRunner {
   protected:
     using Command = void (PanelCommands::*)();
@@ -75,13 +59,14 @@ class PanelCommandsTest : public testing::Test, protected TransferRunner {
         return start(sink) == 0 ? sink->outcome() : -1;
     }
 
-    // What the operator sees, what is asked of the pages and what is sent, in that order, and
-    // whether the cache file is written, when the next questions get `agrees` and a chooser gets
-    // `file`.
+    // What the operator sees, what is asked of the pages, what is sent and whether the cache file
+    // is written, when the next questions get `agrees` and a chooser gets `file`.
     std::string press(Command command, bool agrees = true, const char* file = nullptr) {
         prompts_.answers = {agrees};
         if (file) prompts_.files = {directory_.path() / file};
         (commands_.*command)();
+        for (const auto& sent : link_.sent)
+            log_.push_back("sent " + std::to_string(CommandFrame::read(sent.bytes.data()).code));
         if (remove(directory_.path() / "10.1.2.3.dat")) log_.push_back("cached");
         return takeLog();
     }
@@ -92,9 +77,9 @@ class PanelCommandsTest : public testing::Test, protected TransferRunner {
     }
 
     test::ScratchDirectory directory_;
+    test::ScriptedLink link_;
     test::ScriptedPrompts prompts_;
     Log& log_ = prompts_.log;
-    NotingLink link_{log_};
     RecordingPage page_[4] = {{0, log_}, {1, log_}, {2, log_}, {3, log_}};
     PanelPages pages_{{&page_[0], &page_[1], &page_[2], &page_[3]}};
     DeviceManager manager_{link_, directory_.path()};
@@ -111,12 +96,13 @@ const std::string loading = "ask 确认要重新从设备获取配置吗?\ntrans
 const std::string refreshed = "refresh 0\nrefresh 1\nrefresh 3\n";
 const std::string failed = "warn 与设备通信错误，请重试\n";
 const std::string unreachable = "warn 连接设备失败,请检查网络连接\n";
-const std::string restoring = "ask 确认要使设备恢复默认值吗?\nbusy\nsent 4002\nready\n";
-const std::string restored = "say 设备已接收到命令，正在生效，请稍候刷新!\n";
-const std::string rebooting = "ask 确认要重启设备吗?\nbusy\nsent 4001\nready\n";
-const std::string rebooted = "say 设备已接收到命令，正在重启中，请稍候!\n";
+const std::string restoring = "ask 确认要使设备恢复默认值吗?\n";
+const std::string restored = "busy 0\nsay 设备已接收到命令，正在生效，请稍候刷新!\nsent 4002\n";
+const std::string rebooting = "ask 确认要重启设备吗?\n";
+const std::string rebooted = "busy 0\nsay 设备已接收到命令，正在重启中，请稍候!\nsent 4001\n";
 const std::string refused = "warn 与设备通信出错\n";
-const std::string absent = "warn 连接设备失败，请检查网络连接\n";  // with the full-width comma
+const std::string absent =
+    "busy -8\nwarn 连接设备失败，请检查网络连接\n";  // with the full-width comma
 const std::string tooSoonToSet = "warn 两次设置时间不能小于10秒\n";
 const std::string tooSoonToLoad = "warn 距离上次设置时间不能小于10秒\n";
 
@@ -131,22 +117,22 @@ TEST_F(PanelCommandsTest, TenSecondsPassBetweenASettingAndTheNextOrALoad) {
         std::string log;
     } steps[] = {
         {9999, save, 0, tooSoonToSet},
-        {10000, save, {}, saving + "sent 1\n" + unreachable + "cached\n"},
+        {10000, save, {}, saving + unreachable + "sent 1\ncached\n"},
         {10000, save, -8, saving + unreachable},
         {10000, save, -1, saving + failed},
         {10000, save, 0x7FFFFFFF, saving + failed},
-        {10000, load, {}, loading + "sent 2\n" + unreachable},
+        {10000, load, {}, loading + unreachable + "sent 2\n"},
         {10000, load, 7, loading + failed},
         {10000, load, 0, loading + refreshed + "cached\n"},
-        {10000, restore, {}, restoring + absent},
-        {10000, restore, 3, restoring + refused},
+        {10000, restore, {}, restoring + absent + "sent 4002\n"},
+        {10000, restore, 3, restoring + "busy 3\n" + refused + "sent 4002\n"},
         {10000, save, 0, saving},
         {19999, save, 0, tooSoonToSet},
         {19999, restore, 0, tooSoonToSet},
         {19999, load, 0, tooSoonToLoad},
         {19999, reboot, 0, rebooting + rebooted},
-        {19999, reboot, 5, rebooting + refused},
-        {19999, reboot, {}, rebooting + absent},
+        {19999, reboot, 5, rebooting + "busy 5\n" + refused + "sent 4001\n"},
+        {19999, reboot, {}, rebooting + absent + "sent 4001\n"},
         {20000, restore, 0, restoring + restored},
         {29999, save, 0, tooSoonToSet},
         {30000, load, 0, loading + refreshed + "cached\n"},
@@ -156,7 +142,7 @@ TEST_F(PanelCommandsTest, TenSecondsPassBetweenASettingAndTheNextOrALoad) {
         {9999, save, 0, saving},
     };
     for (const auto& [now, command, answer, log] : steps) {
-        link_.restart();
+        link_ = test::ScriptedLink();
         link_.now = now;
         link_.reachable = answer.has_value();
         if (answer)

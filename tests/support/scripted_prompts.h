@@ -13,7 +13,7 @@ namespace korvane::test {
 class ScriptedPrompts : public Prompts {
   public:
     // "say TEXT", "warn TEXT", "ask TEXT" ("ask/No TEXT" when No is preset), "open EXTENSION
-    // FILTER", "save …", and "busy" and "ready" around what blocks the panel.
+    // FILTER", "save …", "busy RESULT" once that is over.
     std::vector<std::string> log;
     std::deque<bool> answers;
     std::deque<std::filesystem::path> files;
@@ -31,9 +31,8 @@ class ScriptedPrompts : public Prompts {
         return choose("save ", choice);
     }
     int whileBusy(const std::function<int()>& work) override {
-        log.push_back("busy");
         const int result = work();
-        log.push_back("ready");
+        log.push_back("busy " + std::to_string(result));
         return result;
     }
 
