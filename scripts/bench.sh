@@ -4,7 +4,7 @@ set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$root"
 
-bash scripts/setup.sh
+[ -n "${KORVANE_SET_UP:-}" ] || exec bash scripts/setup.sh "scripts/${0##*/}" "$@"
 [ -e build/bench/build.ninja ] || cmake --preset bench >/dev/null
 ninja -C build/bench >/dev/null
 [ -e build/windows-x86/build.ninja ] || cmake --preset windows-x86 >/dev/null

@@ -186,10 +186,10 @@ show_host() {
 
 main() {
     parse_options "$@"
+    [ -n "${KORVANE_SET_UP:-}" ] || exec bash "$root/scripts/setup.sh" "$0" "$@"
     trap stop_all EXIT
     trap 'exit 130' INT
     trap 'exit 143' TERM HUP
-    bash "$root/scripts/setup.sh"
     build_all
     mkdir -p "$out"
     have_display || tour=true

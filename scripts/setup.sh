@@ -1,6 +1,9 @@
 #!/usr/bin/env bash
 # Installs what building, testing and running Korvane on Debian 12 needs.
 # Does nothing, and needs no rights, when everything is there already.
+# usage: setup.sh [SCRIPT ARGUMENT...]   with a script, becomes that script afterwards, with
+# KORVANE_SET_UP set. A shell knows only the locales that were there when it began, so what uses the
+# one made here must be another shell than the one that waited for it.
 set -euo pipefail
 
 packages=(
@@ -22,14 +25,14 @@ missing=()
 for package in "${packages[@]}"; do
     installed "$package" || missing+=("$package")
 done
-[ ${#missing[@]} -eq 0 ] && has_locale && exit 0
 
 as_root=()
-if [ "$(id -u)" -ne 0 ]; then
+find_rights() {
+    [ "$(id -u)" -ne 0 ] || return 0
     command -v sudo >/dev/null ||
         { echo "setup: root or sudo is needed to install: ${missing[*]:-the zh_CN.UTF-8 locale}" >&2; exit 1; }
     as_root=(sudo)
-fi
+}
 
 install_packages() {
     echo "setup: installing ${missing[*]}"
@@ -44,5 +47,7 @@ install_packages() {
         apt-get install -y -qq --no-install-recommends -t "$VERSION_CODENAME" "${missing[@]}" >/dev/null
 }
 
+[ ${#missing[@]} -eq 0 ] && has_locale || find_rights
 [ ${#missing[@]} -eq 0 ] || install_packages
 has_locale || "${as_root[@]}" localedef -i zh_CN -f UTF-8 zh_CN.UTF-8
+[ $# -eq 0 ] || KORVANE_SET_UP=1 exec bash "$@"

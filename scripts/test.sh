@@ -114,7 +114,7 @@ finish() {
     return "$status"
 }
 
-bash scripts/setup.sh
+[ -n "${KORVANE_SET_UP:-}" ] || exec bash scripts/setup.sh "scripts/${0##*/}" "$@"
 mkdir -p "$logs"
 : >"$logs/counts"
 . scripts/display.sh
