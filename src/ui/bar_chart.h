@@ -18,7 +18,7 @@ class BarChart : public Control {
     static void registerClass();
 
     void setAxisTitles(std::string_view values, std::string_view bars) const;
-    // In percent; what is above 100 is cut off at the top.
+    // In percent; what is above 100 is cut off at the top, with a red mark over it.
     void setValues(std::span<const double> percentages) const;
 };
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr COLORREF ground = RGB(255, 255, 255), gridColour = RGB(222, 226, 232),
                    axisColour = RGB(96, 102, 112), textColour = RGB(32, 36, 44),
-                   barColour = RGB(0, 0, 255);
+                   barColour = RGB(0, 0, 255), beyondColour = RGB(216, 0, 0);
 constexpr int topOfScale = 100;
 
 Font derived(const LOGFONTW& base, int numerator, int denominator, LONG weight) {
@@ -126,6 +126,16 @@ void drawValueTitle(HDC dc, const BarChartLayout& layout, std::wstring_view text
                  DT_CENTER | DT_VCENTER);
 }
 
+// Points upwards: the bar goes on beyond the scale.
+void drawPeak(HDC dc, const RECT& area) {
+    const int height = area.bottom - area.top, width = area.right - area.left;
+    for (int row = 0; row < height; ++row) {
+        const int inset = width * (height - 1 - row) / (2 * height);
+        fill(dc, {area.left + inset, area.top + row, area.right - inset, area.top + row + 1},
+             beyondColour);
+    }
+}
+
 }  // namespace
 
 BarChartFonts::BarChartFonts(HFONT base) {
@@ -145,6 +155,14 @@ int BarChartLayout::height(double percent) const {
 RECT BarChartLayout::bar(int index, double percent) const {
     const LONG left = plot.left + index * pitch;
     return {left + gap, plot.bottom - height(percent), left + pitch - gap, plot.bottom};
+}
+
+// Apart from the top of the scale by a line of it.
+RECT BarChartLayout::aboveBar(int index) const {
+    RECT area = bar(index, topOfScale);
+    area.bottom = area.top - lineWidth;
+    area.top = area.bottom - lineHeight / 2;
+    return area;
 }
 
 BarChartLayout layOutBarChart(HDC dc, SIZE size, const BarChartFonts& fonts, int bars) {
@@ -199,8 +217,11 @@ void drawBarChartScale(HDC dc, SIZE size, const BarChartLayout& layout, const Ba
 }
 
 void drawBars(HDC dc, const BarChartLayout& layout, std::span<const double> percentages) {
-    for (std::size_t i = 0; i < percentages.size(); ++i)
-        fill(dc, layout.bar(static_cast<int>(i), percentages[i]), barColour);
+    for (std::size_t i = 0; i < percentages.size(); ++i) {
+        const int index = static_cast<int>(i);
+        fill(dc, layout.bar(index, percentages[i]), barColour);
+        if (percentages[i] > topOfScale) drawPeak(dc, layout.aboveBar(index));
+    }
 }
 
 }  // namespace korvane

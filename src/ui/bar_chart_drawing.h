@@ -32,6 +32,7 @@ struct BarChartLayout {
     int lineWidth = 1;  // of axes and grid
 
     RECT bar(int index, double percent) const;
+    RECT aboveBar(int index) const;    // for the mark of one that goes beyond the scale
     int height(double percent) const;  // clipped to the scale
 };
 

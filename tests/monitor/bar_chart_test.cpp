@@ -1,5 +1,6 @@
 #include "ui/bar_chart.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "ui/bitmap.h"
@@ -8,7 +9,7 @@
 namespace korvane {
 namespace {
 
-constexpr COLORREF white = RGB(255, 255, 255), blue = RGB(0, 0, 255);
+constexpr COLORREF white = RGB(255, 255, 255), blue = RGB(0, 0, 255), red = RGB(216, 0, 0);
 
 class BarChartTest : public testing::Test {
   protected:
@@ -50,6 +51,21 @@ class BarChartTest : public testing::Test {
         return false;
     }
 
+    // Whether there is red between the title and the top of the scale, not wider than the bar, and
+    // as wide as it at the foot.
+    bool redAbove(const RECT& bar) const {
+        LONG left = picture_.size().cx, right = 0;
+        const LONG aside = (bar.right - bar.left) / 4, top = bar.top;
+        for (LONG y = top - 12; y < top; ++y)
+            for (LONG x = bar.left - aside; x < bar.right + aside; ++x) {
+                if (at(x, y) != red) continue;
+                left = std::min(left, x);
+                right = std::max(right, x + 1);
+            }
+        EXPECT_TRUE(right == 0 || (left == bar.left && right == bar.right));
+        return right != 0;
+    }
+
     const std::vector<double> full_ = std::vector<double>(40, 100);
     ActivationScope activation_;
     HWND parent_ = CreateWindowExW(0, L"Static", L"", WS_OVERLAPPED, 0, 0, 1600, 1000, nullptr,
@@ -87,6 +103,18 @@ TEST_F(BarChartTest, ClipsWhatIsBeyondTheScaleAndForgetsWhatWas) {
     EXPECT_EQ(draw(full_).size(), 40u);
     EXPECT_TRUE(draw(std::vector<double>(40, 0)).empty());
     EXPECT_TRUE(draw({}).empty());
+}
+
+TEST_F(BarChartTest, MarksABarBeyondTheScaleAboveIt) {
+    const std::vector<double> values = {100, 100.01, 4294967295.0 * 100, 50, 0};
+    for (const SIZE size : {SIZE{800, 400}, SIZE{1500, 900}, SIZE{640, 300}}) {
+        const auto bars = draw(values, size);
+        ASSERT_EQ(bars.size(), 4u);
+        for (std::size_t i = 0; i < bars.size(); ++i)
+            EXPECT_EQ(redAbove(bars[i]), i == 1 || i == 2) << i;
+        draw({0, 0, 0, 0, 0}, size);
+        for (const RECT& bar : bars) EXPECT_FALSE(redAbove(bar));
+    }
 }
 
 TEST_F(BarChartTest, HasAWhiteGroundAGridInTensAndALabelUnderEachBar) {
