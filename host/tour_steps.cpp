@@ -87,7 +87,8 @@ void connectDevice(Tour& tour) {
     tour.note(inQuotes(statusText(tour)));
 }
 
-// The panel must fill what the host gives it, whatever size that has.
+// The panel must fill what the host gives it, whatever size that has; when it is too little, it has
+// scroll bars of its own within.
 void resizeHost(Tour& tour) {
     const Robot& robot = tour.robot();
     RECT before{};
@@ -99,8 +100,9 @@ void resizeHost(Tour& tour) {
         robot.waitFor("waited for the panel to fill its parent", [&] {
             HWND panel = GetParent(tour.body());
             RECT area{}, room{};
-            GetClientRect(panel, &area);
+            GetWindowRect(panel, &area);
             GetClientRect(GetParent(panel), &room);
+            MapWindowPoints(GetParent(panel), nullptr, reinterpret_cast<POINT*>(&room), 2);
             return EqualRect(&area, &room) != FALSE;
         });
     }
