@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <uxtheme.h>
 
+#include "monitor/lamp_picture.h"
 #include "resources/ids.h"
 
 namespace korvane {
@@ -37,16 +38,22 @@ bool MonitorPanel::onInit() {
     return true;
 }
 
-// The template's own lamps do not know the colour of the ground that they are on.
 void MonitorPanel::loadLamps() {
+    const int size = scaled(lampSize);
     for (const Lamp lamp : {Lamp::Normal, Lamp::Alarm})
-        if (!(picture(lamp) = loadBitmap(lampPictures[static_cast<std::size_t>(lamp)])))
+        if (!(picture(lamp) = lampPicture(lamp, size)))
             throw std::runtime_error("a lamp's picture was refused");
-    const auto replace = [this](int id) {
-        DeleteObject(control<Static>(id).setBitmap(picture(Lamp::Alarm).get()));
-    };
-    for (const InputLamp& lamp : inputLamps) replace(lamp.control);
-    replace(IDC_LAMP_LINK);
+    for (const InputLamp& lamp : inputLamps) replaceLamp(lamp.control, size);
+    replaceLamp(IDC_LAMP_LINK, size);
+}
+
+// The template's own lamps know neither the colour of the ground that they are on nor the screen.
+void MonitorPanel::replaceLamp(int id, int size) {
+    const auto lamp = control<Static>(id);
+    DeleteObject(lamp.setBitmap(picture(Lamp::Alarm).get()));
+    const RECT caption = Static(GetWindow(lamp.window(), GW_HWNDNEXT)).area();
+    const LONG left = lamp.area().left, top = (caption.top + caption.bottom - size) / 2;
+    lamp.place({left, top, left + size, top + size});
 }
 
 // In front of the tab control, which would paint over them, and on the same ground as it.

@@ -29,6 +29,7 @@ class MonitorPanel : public TimedPage {
   private:
     std::array<TimedPage*, 3> pages() { return {&structure_, &services_, &graphic_}; }
     void loadLamps();
+    void replaceLamp(int id, int size);
     void createPages();
     void placePages();
     void startAll();

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Draws the lamps of the monitoring page as 24-bit bitmaps of 16 x 16 pixels.
+"""Draws the lamps of the monitoring page as 24-bit bitmaps of 16 x 16 pixels, and of 48 x 48 to
+make those for finer screens of.
 
 They are told apart without seeing their colour: normal is a bright disc with a dark check mark,
 alarm a dark square-edged sign with a white cross, the third a triangle with an exclamation mark.
@@ -11,7 +12,8 @@ import struct
 import sys
 from pathlib import Path
 
-SIZE, GRID = 16, 8
+SMALL, LARGE = 16, 48  # the shapes are drawn on a square of 16 by 16
+GRID = 8
 GROUND = (255, 0, 255)
 BLEND = (236, 233, 228)  # what half-covered edge pixels are mixed with: near every dialog's ground
 
@@ -57,8 +59,8 @@ def orange(x, y):
     return (255, 168, 32) if inside(0.9) else (176, 96, 0)
 
 
-def pixel(shape, px, py):
-    samples = [shape(px + (i % GRID + 0.5) / GRID, py + (i // GRID + 0.5) / GRID)
+def pixel(shape, px, py, scale):
+    samples = [shape((px + (i % GRID + 0.5) / GRID) * scale, (py + (i // GRID + 0.5) / GRID) * scale)
                for i in range(GRID * GRID)]
     hits = [s for s in samples if s is not None]
     if len(hits) * 4 < len(samples):
@@ -67,17 +69,19 @@ def pixel(shape, px, py):
     return tuple(round(sum(channel) / len(hits)) for channel in zip(*hits))
 
 
-def bitmap(shape):
-    rows = [[pixel(shape, x, y) for x in range(SIZE)] for y in range(SIZE)]
+def bitmap(shape, size):
+    rows = [[pixel(shape, x, y, SMALL / size) for x in range(size)] for y in range(size)]
     bits = b"".join(bytes((b, g, r)) for row in reversed(rows) for r, g, b in row)
-    header = struct.pack("<IiiHHIIiiII", 40, SIZE, SIZE, 1, 24, 0, len(bits), 0, 0, 0, 0)
+    header = struct.pack("<IiiHHIIiiII", 40, size, size, 1, 24, 0, len(bits), 0, 0, 0, 0)
     return struct.pack("<2sIHHI", b"BM", 14 + 40 + len(bits), 0, 0, 14 + 40) + header + bits
 
 
 def main():
     folder = Path(sys.argv[1]) if len(sys.argv) > 1 else Path(__file__).parent
     for shape in (red, green, orange):
-        (folder / f"lamp_{shape.__name__}.bmp").write_bytes(bitmap(shape))
+        (folder / f"lamp_{shape.__name__}.bmp").write_bytes(bitmap(shape, SMALL))
+    for shape in (red, green):
+        (folder / f"lamp_{shape.__name__}_large.bmp").write_bytes(bitmap(shape, LARGE))
 
 
 if __name__ == "__main__":

@@ -9,6 +9,8 @@
 #define IDB_LAMP_RED 139
 #define IDB_LAMP_GREEN 140
 #define IDB_LAMP_ORANGE 141
+#define IDB_LAMP_RED_LARGE 142
+#define IDB_LAMP_GREEN_LARGE 143
 
 // Dialogs
 #define IDD_MAIN_PANEL 104

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "host/robot.h"
+#include "monitor/lamp_picture.h"
 #include "monitor/sample_status.h"
 #include "monitor/scripted_status.h"
 #include "resources/ids.h"
@@ -153,6 +154,46 @@ TEST_F(MonitorPanelTest, EachLampFollowsItsBit) {
                                         {0x68, "rgrr g"}}) {
         statusArrives(alarms);
         EXPECT_EQ(lampsShown(), shown);
+    }
+}
+
+TEST_F(MonitorPanelTest, EachLampFollowsTheScreenAndIsAsHighAsItsCaption) {
+    const HDC screen = GetDC(nullptr);
+    const int size = MulDiv(16, GetDeviceCaps(screen, LOGPIXELSX), 96);
+    ReleaseDC(nullptr, screen);
+    for (const int id : {1110, 1112, 1113, 1114, 1115}) {
+        const RECT area = placeIn(item(id), panel_.hwnd());
+        const RECT caption = placeIn(GetWindow(item(id), GW_HWNDNEXT), panel_.hwnd());
+        EXPECT_EQ(area.right - area.left, size);
+        EXPECT_EQ(area.bottom - area.top, size);
+        EXPECT_LT(area.right, caption.left);
+        EXPECT_NEAR(area.top + area.bottom, caption.top + caption.bottom, 1);
+    }
+}
+
+// In percent of the picture; and the colour below its middle.
+std::pair<int, COLORREF> groundAndColour(Lamp lamp, int size) {
+    const Bitmap picture = lampPicture(lamp, size);
+    const HDC dc = CreateCompatibleDC(nullptr);
+    const HGDIOBJ before = SelectObject(dc, picture.get());
+    int ground = 0;
+    for (int i = 0; i < size * size; ++i)
+        ground += GetPixel(dc, i % size, i / size) == GetSysColor(COLOR_3DFACE);
+    const COLORREF colour = GetPixel(dc, size / 2, size * 13 / 16);
+    SelectObject(dc, before);
+    DeleteDC(dc);
+    return {ground * 100 / (size * size), colour};
+}
+
+TEST(LampPicture, LooksTheSameOnAnyScreen) {
+    for (const Lamp lamp : {Lamp::Normal, Lamp::Alarm}) {
+        const auto [smallGround, smallColour] = groundAndColour(lamp, 16);
+        EXPECT_GT(smallGround, 10);
+        for (const int size : {20, 24, 28, 32, 48, 64}) {
+            const auto [ground, colour] = groundAndColour(lamp, size);
+            EXPECT_NEAR(ground, smallGround, 8) << size;
+            EXPECT_EQ(colour, smallColour) << size;
+        }
     }
 }
 
