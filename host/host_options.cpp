@@ -33,6 +33,9 @@ class Parser {
         } else if (argument == "--import") {
             tourOnly_ = "--import";
             options_.importFile = value(argument);
+        } else if (argument == "--console") {
+            tourOnly_ = "--console";
+            options_.consoleFile = value(argument);
         } else if (argument == "--attempts") {
             tourOnly_ = "--attempts";
             options_.attempts = number(argument, value(argument));
@@ -80,7 +83,8 @@ std::string_view hostUsage() {
     return "KorvaneHost: shows the Korvane panel of one multiplexer in a window of its own.\n"
            "\n"
            "  KorvaneHost.exe [ADDRESS]\n"
-           "  KorvaneHost.exe --tour DIRECTORY [--import FILE] [--attempts N] ADDRESS\n"
+           "  KorvaneHost.exe --tour DIRECTORY [--import FILE] [--console FILE] [--attempts N] "
+           "ADDRESS\n"
            "\n"
            "  ADDRESS           the device's IPv4 address, such as 192.168.1.20; connects at "
            "once.\n"
@@ -92,6 +96,9 @@ std::string_view hostUsage() {
            "                    the standard output and ends with 0 when all went well.\n"
            "                    It writes to the device: not for one that is on the air.\n"
            "  --import FILE     what the tour imports; otherwise the file that it exported.\n"
+           "  --console FILE    where the tour adds lines for the console of a simulated device, "
+           "to\n"
+           "                    show alarms and a lost link; without it, it shows none.\n"
            "  --attempts N      how often the tour tries a transfer that the panel reports as\n"
            "                    failed, 1 to 100; otherwise once.\n"
            "  --help            this text.\n"

@@ -11,6 +11,7 @@ struct HostOptions {
     std::string address;        // connect to it at once; empty: wait for the operator
     std::string tourDirectory;  // run the tour and leave its pictures here; empty: no tour
     std::string importFile;     // what the tour imports; empty: what it exported before
+    std::string consoleFile;    // commands for a simulated device go there; empty: it has none
     int attempts = 1;           // how often the tour tries a transfer that fails
     bool help = false;
 };

@@ -12,6 +12,7 @@
 #include "host_window.h"
 #include "text/text.h"
 #include "tour.h"
+#include "tour_faults.h"
 
 namespace korvane::host {
 
@@ -442,6 +443,8 @@ const std::vector<TourStep>& tourSteps() {
         {"input channels", visitInputChannels},
         {"control tables", visitControlTables},
         {"monitoring", visitMonitor},
+        {"alarms", visitAlarms},
+        {"lost link", visitLostLink},
         {"system configuration", visitSystem},
         {"back to the input channels", returnToInputChannels},
         {"export", exportConfiguration},

@@ -9,10 +9,11 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 out=$root/out
 host=$root/build/windows-x86/KorvaneHost.exe
 simulator=$root/build/native/korvane-sim
+console=$out/console.txt
 
 tour=false
 address=
-sim_pid='' host_pid='' tail_pid=''
+sim_pid='' host_pid='' tail_pid='' console_pid=''
 
 usage() {
     cat <<'TEXT'
@@ -21,8 +22,9 @@ usage: bash scripts/run.sh [--tour] [--address ADDRESS]
 Installs what is missing, builds the panel, its host and the simulated device, and starts them.
 With a display the host's window opens, connected, and stays until it is closed. Without one, the
 host drives a tour through the panel on a display of its own: the configuration is fetched, each
-page shown, exported, imported and saved to the device. The tour leaves in out/ a picture of each
-page and dialog, transcript.txt, simulator.log and the files that it exported.
+page shown, alarms and a lost link of the simulated device too, exported, imported and saved to the
+device. The tour leaves in out/ a picture of each page and dialog, transcript.txt, simulator.log,
+the panel's diagnostic log as log.txt, and the files that it exported.
 
   --tour             the tour, even where there is a display
   --address ADDRESS  a real device instead of the simulated one; a tour writes to it
@@ -60,7 +62,7 @@ parse_options() {
 stop_all() {
     local code=$? pid
     trap - EXIT
-    for pid in $host_pid $tail_pid $sim_pid; do
+    for pid in $host_pid $tail_pid $sim_pid $console_pid; do
         kill "$pid" 2>/dev/null || continue
         wait "$pid" 2>/dev/null || true
     done
@@ -107,13 +109,18 @@ wait_until() { # PID COMMAND...
     done
 }
 
-# Several devices can run side by side; one is needed that nobody else uses.
+# Several devices can run side by side; one is needed that nobody else uses. Its console takes what
+# is added to a file, which the host under Wine writes to as to any other.
 start_simulator() {
     local last log=$out/simulator.log
+    : >"$console"
+    exec 3< <(exec tail -n +1 -s 0.1 -f "$console")
+    console_pid=$!
     for last in {2..32}; do
-        "$simulator" --address "127.0.0.$last" --dump "$out/device.state" </dev/null >"$log" 2>&1 &
+        "$simulator" --address "127.0.0.$last" --dump "$out/device.state" <&3 >"$log" 2>&1 &
         sim_pid=$!
         if wait_until "$sim_pid" grep -q '^listening on' "$log"; then
+            exec 3<&-
             address=127.0.0.$last
             say "simulated device at $address, its log is out/simulator.log"
             return
@@ -151,10 +158,30 @@ set_managed() { # Y or N
 
 windows_path() { printf 'Z:%s' "${1//\//\\}"; }
 
+# A tour's diary is complete: informational lines are switched on.
+switch_log_on() {
+    wine reg add 'HKLM\Software\Nox CAS1.0' /v PrintLog /t REG_SZ /d 1 /f </dev/null >/dev/null 2>&1 ||
+        fail "the panel's log cannot be switched on"
+}
+
+# What the panel wrote on the day of the tour, and after midnight if it came to that, for people to
+# read.
+copy_log() { # SECOND OF THE TOUR'S BEGINNING
+    local folder=${host%/*}/LogFile log
+    : >"$out/log.txt"
+    [ -d "$folder" ] || return 0
+    find "$folder" -name '*.log' -newermt "@$1" | sort | while IFS= read -r log; do
+        iconv -f GBK -t UTF-8 "$log" | tr -d '\r'
+    done >"$out/log.txt" || say "the panel's log is not all GBK text"
+}
+
 run_tour() {
-    local transcript=$out/transcript.txt code=0
+    local transcript=$out/transcript.txt code=0 began
+    began=$(date +%s)
+    local options=(--tour "$(windows_path "$out")")
+    [ -z "$sim_pid" ] || options+=(--console "$(windows_path "$console")")
     : >"$transcript"
-    wine "$host" --tour "$(windows_path "$out")" "$address" </dev/null >"$transcript" 2>"$out/host.log" &
+    wine "$host" "${options[@]}" "$address" </dev/null >"$transcript" 2>"$out/host.log" &
     host_pid=$!
     tail -n +1 -s 0.2 -f --pid="$host_pid" "$transcript" &
     tail_pid=$!
@@ -162,6 +189,7 @@ run_tour() {
     host_pid=
     wait "$tail_pid" || true
     tail_pid=
+    copy_log "$began"
     if [ "$code" -ne 0 ]; then
         cat "$out/host.log" >&2
         fail "the tour failed, see out/"
@@ -197,6 +225,7 @@ main() {
         rm -f "$out"/*.png "$out"/*.dat "$out"/device.state
         start_display
         prepare_wine N
+        switch_log_on
     else
         prepare_wine Y
     fi

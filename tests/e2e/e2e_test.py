@@ -32,7 +32,8 @@ PICTURES = """
     1036-2-1052-continuous-services 1036-3-1050-short-time-multiplex
     1036-4-1052-short-time-services 1036-5-1092-conditional-access
     1076-monitoring-1084-frame-structure 1076-monitoring-1080-service-list
-    1076-monitoring-1089-graphic-monitor file-dialog-export
+    1076-monitoring-1089-graphic-monitor 1076-monitoring-alarms 1076-monitoring-lost-link
+    file-dialog-export
     message-exported file-dialog-import question-import-network message-imported question-restore
     question-save 1023-progress-save question-reboot 1028-about host-disconnected
 """.split()
@@ -46,12 +47,16 @@ class Device:
         shutil.rmtree(self.folder, ignore_errors=True)
         self.folder.mkdir(parents=True)
         self.state, self.log = self.folder / "device.state", self.folder / "simulator.log"
+        self.console = self.folder / "console.txt"
+        self.console.touch()
+        self.lines = subprocess.Popen(["tail", "-n", "+1", "-s", "0.1", "-f", self.console],
+                                      stdout=subprocess.PIPE)
         arguments = ["--state", self.state, *(f"--fault={fault}" for fault in faults)]
         for last in range(40, 90):
             self.address = f"127.0.0.{last}"
             with open(self.log, "w") as log:
                 self.process = subprocess.Popen(
-                    [SIMULATOR, "--address", self.address, *arguments], stdin=subprocess.DEVNULL,
+                    [SIMULATOR, "--address", self.address, *arguments], stdin=self.lines.stdout,
                     stdout=log, stderr=subprocess.STDOUT)
             if self.starts():
                 return
@@ -77,8 +82,10 @@ class Device:
         return self
 
     def __exit__(self, *_):
-        self.process.kill()
-        self.process.wait()
+        for process in (self.process, self.lines):
+            process.kill()
+            process.wait()
+        self.lines.stdout.close()
 
 
 def windows_path(path):
@@ -91,6 +98,8 @@ def run_tour(name, *arguments, faults=()):
         folder, transcript = device.folder, device.folder / "transcript.txt"
         command = ["bash", ROOT / "scripts/with_wine.sh", HOST, "--tour", windows_path(folder),
                    *arguments, device.address]
+        if not faults:
+            command[-1:] = ["--console", windows_path(device.console), device.address]
         with open(transcript, "w") as out, open(folder / "host.log", "w") as errors:
             code = subprocess.run(command, stdin=subprocess.DEVNULL, stdout=out, stderr=errors,
                                   timeout=DEADLINE_S, check=False).returncode

@@ -1,0 +1,70 @@
+#include "tour_faults.h"
+
+#include <windows.h>
+
+#include <array>
+#include <fstream>
+
+#include "text/text.h"
+#include "tour.h"
+
+namespace korvane::host {
+
+namespace {
+
+constexpr std::array<int, 4> inputLamps = {1110, 1112, 1113, 1114};  // data, 1PPS, 10M, TOD
+constexpr int linkLamp = 1115;
+
+// False when there is no console.
+bool tell(Tour& tour, std::string_view line) {
+    const std::string& console = tour.options().consoleFile;
+    if (console.empty()) {
+        tour.note("not a simulated device");
+        return false;
+    }
+    std::ofstream file(std::filesystem::path(toWide(console)), std::ios::binary | std::ios::app);
+    file << line << '\n' << std::flush;
+    tour.expect(file.good(), "the console cannot be written to: " + console);
+    return true;
+}
+
+LRESULT lamp(const Tour& tour, int id) {
+    const Robot& robot = tour.robot();
+    return robot.send(robot.waitControl(tour.body(), id), STM_GETIMAGE, IMAGE_BITMAP);
+}
+
+// For each input, '=' when its lamp is like that of the link, '!' when it is the other one.
+std::string inputsAgainstLink(const Tour& tour) {
+    std::string signs;
+    for (const int id : inputLamps) signs += lamp(tour, id) == lamp(tour, linkLamp) ? '=' : '!';
+    return signs;
+}
+
+void waitLamps(const Tour& tour, std::string_view signs) {
+    tour.robot().waitFor("waited for the lamps to be " + std::string(signs),
+                         [&] { return inputsAgainstLink(tour) == signs; });
+}
+
+}  // namespace
+
+void visitAlarms(Tour& tour) {
+    if (!tell(tour, "alarms 0x28")) return;
+    waitLamps(tour, "!=!=");
+    tour.picture(tour.host(), "1076-monitoring-alarms");
+    tour.note("data input and 10M");
+}
+
+// The inputs' lamps stay as they were, for nothing is known about them. Then all is well again.
+void visitLostLink(Tour& tour) {
+    if (!tell(tour, "fault silence")) return;
+    waitLamps(tour, "=!=!");
+    tour.picture(tour.host(), "1076-monitoring-lost-link");
+    tour.note("link");
+    tell(tour, "clear silence");
+    tell(tour, "alarms 0");
+    waitLamps(tour, "====");
+    tell(tour, "alarms auto");
+    tour.note("found again");
+}
+
+}  // namespace korvane::host
