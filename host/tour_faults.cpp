@@ -13,7 +13,8 @@ namespace korvane::host {
 namespace {
 
 constexpr std::array<int, 4> inputLamps = {1110, 1112, 1113, 1114};  // data, 1PPS, 10M, TOD
-constexpr int linkLamp = 1115;
+constexpr int linkLamp = 1115, barChart = 1044;
+constexpr COLORREF barColour = RGB(0, 0, 255);
 
 // False when there is no console.
 bool tell(Tour& tour, std::string_view line) {
@@ -45,11 +46,24 @@ void waitLamps(const Tour& tour, std::string_view signs) {
                          [&] { return inputsAgainstLink(tour) == signs; });
 }
 
+// Looks where each bar is that is not very low.
+bool showsBars(HWND chart) {
+    RECT area{};
+    GetClientRect(chart, &area);
+    HDC source = GetDC(chart);
+    bool found = false;
+    for (LONG x = 0; x < area.right && !found; ++x)
+        found = GetPixel(source, x, area.bottom * 4 / 5) == barColour;
+    ReleaseDC(chart, source);
+    return found;
+}
+
 }  // namespace
 
 void visitAlarms(Tour& tour) {
     if (!tell(tour, "alarms 0x28")) return;
     waitLamps(tour, "!=!=");
+    tour.expect(showsBars(tour.robot().waitControl(tour.body(), barChart)), "an empty chart");
     tour.picture(tour.host(), "1076-monitoring-alarms");
     tour.note("data input and 10M");
 }
@@ -58,6 +72,8 @@ void visitAlarms(Tour& tour) {
 void visitLostLink(Tour& tour) {
     if (!tell(tour, "fault silence")) return;
     waitLamps(tour, "=!=!");
+    HWND chart = tour.robot().waitControl(tour.body(), barChart);
+    tour.robot().waitFor("waited for the chart to be empty", [&] { return !showsBars(chart); });
     tour.picture(tour.host(), "1076-monitoring-lost-link");
     tour.note("link");
     tell(tour, "clear silence");
