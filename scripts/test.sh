@@ -94,6 +94,21 @@ sanitizers_and_fuzzers() {
     fuzz_all
 }
 
+set_dots_per_inch() {
+    wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$1" /f \
+        </dev/null >/dev/null 2>&1
+}
+
+# What follows the size of a dot, and the whole product, on a screen of 144 dots per inch.
+finer_screen() {
+    local status=0
+    set_dots_per_inch 144
+    wine build/windows-x86/tests/monitor/monitor_window_tests.exe --gtest_filter='*EachLamp*' &&
+        bash tests/e2e/run.sh test_all_steps_go_well_and_are_pictured || status=1
+    set_dots_per_inch 96
+    return "$status"
+}
+
 windows_programs() {
     start_display
     # A prefix of their own: nothing that runs in the user's is disturbed when this one is shut down.
@@ -101,9 +116,10 @@ windows_programs() {
     . scripts/wine_env.sh
     # Keeps Wine's own services between the tests, and away from the pipes that the tests write to.
     wineserver -p
-    wine cmd /c exit </dev/null >/dev/null 2>&1
+    set_dots_per_inch 96
     run_suites windows-x86
     check "end to end" bash tests/e2e/run.sh
+    check "finer screen" finer_screen
 }
 
 finish() {
