@@ -2,6 +2,7 @@
 
 #include <pthread.h>
 
+#include <bitset>
 #include <cstddef>
 
 // The runtime keeps memory aside for exceptions, and gives it back when it is told to.
@@ -20,9 +21,15 @@ namespace {
 
 pthread_rwlock_t* runtimeLock = nullptr;
 
-// What the runtime keeps for each thread that it has met, a handle of it among others, it gives
-// back when that thread ends. The one that frees the library goes on, and is told to have gone.
-void forgetThisThread(HINSTANCE module) {
+constexpr DWORD slotCount = 64 + 1024;  // of a thread, all that the system has
+
+std::bitset<slotCount> slotsInUse() {
+    std::bitset<slotCount> used;
+    for (DWORD slot = 0; slot < slotCount; ++slot) used[slot] = TlsGetValue(slot) != nullptr;
+    return used;
+}
+
+void tellThreadEnd(HINSTANCE module) {
     const auto* image = reinterpret_cast<const std::byte*>(module);
     const auto& dos = *reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
     const auto& headers = *reinterpret_cast<const IMAGE_NT_HEADERS*>(image + dos.e_lfanew);
@@ -32,6 +39,17 @@ void forgetThisThread(HINSTANCE module) {
         *reinterpret_cast<const IMAGE_TLS_DIRECTORY*>(image + entry.VirtualAddress);
     auto* callback = reinterpret_cast<const PIMAGE_TLS_CALLBACK*>(threads.AddressOfCallBacks);
     for (; *callback; ++callback) (*callback)(module, DLL_THREAD_DETACH, nullptr);
+}
+
+// What the runtime keeps for each thread that it has met, a handle of it among others, it gives back
+// when that thread ends. The one that frees the library goes on, and is told to have gone. The slot
+// that this empties was the runtime's, which never gives it back; the system has few.
+void forgetThisThread(HINSTANCE module) {
+    const auto before = slotsInUse();
+    tellThreadEnd(module);
+    const auto emptied = before & ~slotsInUse();
+    for (DWORD slot = 0; slot < slotCount; ++slot)
+        if (emptied[slot]) TlsFree(slot);
 }
 
 }  // namespace
@@ -44,8 +62,8 @@ int __wrap_pthread_rwlock_wrlock(pthread_rwlock_t* lock) {
 namespace korvane {
 
 void releaseCompilerRuntime(HINSTANCE module) {
-    forgetThisThread(module);
     if (runtimeLock) pthread_rwlock_destroy(runtimeLock);
+    forgetThisThread(module);
     __gnu_cxx::__freeres();
 }
 

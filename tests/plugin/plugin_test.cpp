@@ -140,12 +140,15 @@ TEST_F(PluginTest, AStopOrAnotherStartEndsWhatItAsks) {
 struct Footprint {
     long bytes;
     int handles;
+    DWORD freeSlot;  // the one of each thread that the next library would get
 };
 
 Footprint footprint() {
     PROCESS_MEMORY_COUNTERS memory{};
     GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
-    return {static_cast<long>(memory.PagefileUsage), nox_pub::mswin::test::openHandles()};
+    const DWORD slot = TlsAlloc();
+    TlsFree(slot);
+    return {static_cast<long>(memory.PagefileUsage), nox_pub::mswin::test::openHandles(), slot};
 }
 
 // A host that loads the library only while it shows the panel, again and again. The object that the
@@ -165,6 +168,7 @@ TEST_F(PluginTest, LeavesNothingBehindWhenItIsFreed) {
     const Footprint before = rounds(4), after = rounds(10);
     EXPECT_LT(after.bytes - before.bytes, 120'000);
     EXPECT_EQ(after.handles, before.handles);
+    EXPECT_EQ(after.freeSlot, before.freeSlot);
     FreeLibrary(fileDialogs);
 }
 
