@@ -310,7 +310,8 @@ TEST_F(MainPanelTest, KeysBelongToAMenuOrAMoveOfTheHostWhileThatLasts) {
         RobotThread presses([&](Robot& r) {
             r.waitFor("the mode to begin", lasts);
             for (const WORD key : {VK_DOWN, VK_RETURN}) r.key(first, key);
-            r.waitFor("the mode to end", [&] { return !lasts(); });
+            r.waitFor("nothing else to show",
+                      [&] { return !lasts() && r.topWindows().size() == 1; });
         });
         if (moves) SendMessageW(host_.window(), WM_SYSCOMMAND, SC_MOVE, 0);
         HMENU menu = GetSystemMenu(host_.window(), FALSE);

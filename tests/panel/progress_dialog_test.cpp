@@ -64,6 +64,7 @@ TEST_F(ProgressDialogTest, EndsWithTheCodeOfTheFailure) {
         const int outcome = run([&](Robot& r, HWND dialog) {
             expectProgress(r, dialog, 50);
             sink_->failed(code);
+            r.waitGone(dialog);
         });
         EXPECT_EQ(outcome, code);
         send_ = &sendOwnOnly;  // the first of them as usual
