@@ -8,8 +8,8 @@
 namespace korvane {
 
 // The seam to the operator: message boxes and file choosers, modal while they show, and the sign of
-// being busy.
-// All texts are UTF-8. The one production implementation shows windows; tests answer by script.
+// being busy. All texts are UTF-8. The one production implementation shows windows; tests answer by
+// script.
 class Prompts {
   public:
     enum class DefaultButton { Yes, No };

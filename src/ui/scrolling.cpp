@@ -39,7 +39,7 @@ void setPosition(HWND window, int bar, int position) {
     SetScrollInfo(window, bar, &info, TRUE);
 }
 
-// From the view's beginning, which lies `size` before its end.
+// `begin` and `end` are what is to be seen, from the view's beginning on.
 void reveal(HWND window, int bar, int begin, int end) {
     const SCROLLINFO info = scrollInfo(window, bar);
     const int excess = std::max(end + viewMargin - static_cast<int>(info.nPage), 0);
