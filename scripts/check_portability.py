@@ -13,7 +13,8 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WINDOWS_HEADER = re.compile(r"#include <(windows|win\w+|comm(ctrl|dlg)|ws2tcpip|mstcpip|iphlpapi|"
                             r"icmpapi|shlobj|shellapi|uxtheme)\.h>")
-KNOWS_BOTH = {pathlib.Path("src/device/udp.cpp")}  # the two socket libraries
+# The two socket libraries, and the two converters of texts.
+KNOWS_BOTH = {pathlib.Path("src/device/udp.cpp"), pathlib.Path("src/text/gbk.cpp")}
 
 
 def compilations(preset):

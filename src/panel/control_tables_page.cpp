@@ -1,5 +1,6 @@
 #include "panel/control_tables_page.h"
 
+#include <array>
 #include <stdexcept>
 #include <string_view>
 
@@ -16,25 +17,20 @@ constexpr std::array<std::string_view, 6> tableNames = {"网络信息表",      
 
 constexpr int pageMargin = 15;  // pixels, on every side
 
-template <class Base, class Pages>
-std::vector<Base*> pointersTo(Pages& pages) {
+template <class Base>
+std::vector<Base*> pointersTo(const std::vector<std::unique_ptr<Page>>& pages) {
     std::vector<Base*> pointers;
-    for (auto& page : pages) pointers.push_back(&page);
+    for (const auto& page : pages) pointers.push_back(page.get());
     return pointers;
 }
 
 }  // namespace
 
-// Two tables share a dialog: the continuous services' and the short-time services' are alike.
-TableList::TableList()
+TableList::TableList(std::vector<std::unique_ptr<Page>> pages)
     : Dialog(IDD_TABLE_LIST),
-      pages_{Page(IDD_NETWORK_PAGE),           Page(IDD_FRAME_LIST_PAGE),
-             Page(IDD_SERVICE_FREQUENCY_PAGE), Page(IDD_FRAME_LIST_PAGE),
-             Page(IDD_SERVICE_FREQUENCY_PAGE), Page(IDD_CA_PAGE)},
+      pages_(std::move(pages)),
       stack_(pointersTo<Page>(pages_)),
-      tables_(pointersTo<PageContent>(pages_)) {
-    static_assert(tableNames.size() == tableCount);
-}
+      tables_(pointersTo<PageContent>(pages_)) {}
 
 bool TableList::onInit() {
     stack_.create(hwnd());
@@ -52,11 +48,12 @@ bool TableList::onCommand(int id, int notification, HWND) {
     return true;
 }
 
-// The page that is left, and the one that is filled, do so unseen.
+// A page whose entry is refused stays, and the list says so.
 void TableList::select(int index) {
-    stack_.show(tableCount);
-    tables_.select(static_cast<std::size_t>(index));
-    stack_.show(tables_.selected());
+    if (tables_.select(static_cast<std::size_t>(index)))
+        stack_.show(tables_.selected());
+    else
+        control<ListBox>(IDC_TABLES).select(static_cast<int>(tables_.selected()));
 }
 
 void TableList::onSize(int width, int height) {
@@ -77,7 +74,8 @@ void TableList::placePages() {
     stack_.place(area);
 }
 
-ControlTablesPage::ControlTablesPage() : Page(IDD_CONTROL_TABLES_PAGE) {}
+ControlTablesPage::ControlTablesPage(std::vector<std::unique_ptr<Page>> tables)
+    : Page(IDD_CONTROL_TABLES_PAGE), tables_(std::move(tables)) {}
 
 bool ControlTablesPage::onInit() {
     if (!tables_.create(hwnd())) throw std::runtime_error("the table list was refused");

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <array>
+#include <memory>
+#include <vector>
 
 #include "panel/table_pages.h"
 #include "ui/page_stack.h"
@@ -10,12 +11,15 @@ namespace korvane {
 // The list of the control information tables, and beside it the page of the selected one.
 class TableList : public Dialog {
   public:
-    TableList();
+    // The pages in the order of the list.
+    explicit TableList(std::vector<std::unique_ptr<Page>> pages);
 
     // Fills the shown page from the model; the others are filled when they are selected.
     void refresh() { tables_.refresh(); }
     // Takes the shown page's edits into the model; the others' were taken when they were left.
-    void commit() { tables_.commit(); }
+    // False when an entry of it was refused.
+    bool commit() { return tables_.commit(); }
+    bool changed() const { return tables_.changed(); }
 
   protected:
     bool onInit() override;
@@ -23,12 +27,10 @@ class TableList : public Dialog {
     void onSize(int width, int height) override;
 
   private:
-    static constexpr std::size_t tableCount = 6;
-
     void select(int index);
     void placePages();
 
-    std::array<Page, tableCount> pages_;
+    std::vector<std::unique_ptr<Page>> pages_;
     PageStack stack_;
     TablePages tables_;
 };
@@ -36,10 +38,11 @@ class TableList : public Dialog {
 // The panel's page that holds the table list.
 class ControlTablesPage : public Page {
   public:
-    ControlTablesPage();
+    explicit ControlTablesPage(std::vector<std::unique_ptr<Page>> tables);
 
     void refresh() override { tables_.refresh(); }
-    void commit() override { tables_.commit(); }
+    bool commit() override { return tables_.commit(); }
+    bool changed() const override { return tables_.changed(); }
 
   protected:
     bool onInit() override;

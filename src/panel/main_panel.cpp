@@ -17,8 +17,9 @@ HWND focusedDialog() {
 
 }  // namespace
 
-PanelWindow::PanelWindow(DeviceManager& manager, std::function<void()> gone)
-    : Dialog(IDD_MAIN_PANEL), body_(manager), gone_(std::move(gone)) {}
+PanelWindow::PanelWindow(DeviceManager& manager, const PageMaker& makePages,
+                         std::function<void()> gone)
+    : Dialog(IDD_MAIN_PANEL), body_(manager, makePages), gone_(std::move(gone)) {}
 
 bool PanelWindow::onInit() {
     setModalRoot(hwnd());
@@ -91,7 +92,7 @@ void PanelWindow::onDestroy() {
 bool MainPanel::create(HWND parent) {
     if (hwnd() || !parent) return false;
     retire();
-    window_ = std::make_unique<PanelWindow>(manager_, [this] { handle_ = nullptr; });
+    window_ = std::make_unique<PanelWindow>(manager_, makePages_, [this] { handle_ = nullptr; });
     if (!window_->create(parent)) return false;
     handle_ = window_->hwnd();
     return true;

@@ -17,7 +17,7 @@ namespace korvane {
 class PanelWindow : public Dialog {
   public:
     // `gone` is called when the window is destroyed, by whomever.
-    PanelWindow(DeviceManager& manager, std::function<void()> gone);
+    PanelWindow(DeviceManager& manager, const PageMaker& makePages, std::function<void()> gone);
 
     void refresh() { body_.refresh(); }
 
@@ -44,7 +44,8 @@ class PanelWindow : public Dialog {
 class MainPanel {
   public:
     // `window` outlives the panel and always holds its window, nullptr while there is none.
-    MainPanel(DeviceManager& manager, HWND& window) : manager_(manager), handle_(window) {}
+    MainPanel(DeviceManager& manager, HWND& window, PageMaker makePages = &korvane::makePages)
+        : manager_(manager), handle_(window), makePages_(std::move(makePages)) {}
 
     // False when there is a window already or none could be made.
     bool create(HWND parent);
@@ -59,6 +60,7 @@ class MainPanel {
 
     DeviceManager& manager_;
     HWND& handle_;
+    PageMaker makePages_;
     std::unique_ptr<PanelWindow> window_;
     // Panels that were taken down while a command of theirs was waiting for an answer: that
     // command still has to return through them.

@@ -18,21 +18,23 @@ constexpr RECT frameMargins = {5, 10, 5, 5};
 
 }  // namespace
 
-PanelBody::PanelBody(DeviceManager& manager)
+PanelBody::PanelBody(DeviceManager& manager, const PageMaker& makePages)
     : Dialog(IDD_PANEL_BODY),
       manager_(manager),
-      inputChannels_(IDD_INPUT_CHANNEL_PAGE),
-      system_(IDD_SYSTEM_PAGE),
-      monitor_(manager),
-      stack_({&inputChannels_, &controlTables_, &monitor_, &system_}),
-      pages_({&inputChannels_, &controlTables_, &monitor_, &system_}),
+      forms_(prompts_),
+      set_(makePages({{manager.model(), prompts_, forms_},
+                      manager,
+                      [this] { showPage(PanelPages::ControlTables); }})),
+      controlTables_(std::move(set_.tables)),
+      stack_({set_.inputChannels.get(), &controlTables_, set_.monitor.get(), set_.system.get()}),
+      pages_({set_.inputChannels.get(), &controlTables_, set_.monitor.get(), set_.system.get()}),
       commands_(manager, prompts_, pages_, transfers_) {}
 
 bool PanelBody::onInit() {
     stack_.create(hwnd());
     placePages();
     showPage(PanelPages::InputChannels);
-    inputChannels_.refresh();
+    set_.inputChannels->refresh();
     controlTables_.refresh();
     // The focus is the host's to give.
     return false;

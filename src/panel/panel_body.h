@@ -1,11 +1,12 @@
 #pragma once
 
 #include "device/device_manager.h"
-#include "monitor/monitor_panel.h"
 #include "panel/control_tables_page.h"
+#include "panel/page_set.h"
 #include "panel/panel_commands.h"
 #include "panel/panel_pages.h"
 #include "panel/progress_dialog.h"
+#include "ui/form_dialog.h"
 #include "ui/page_stack.h"
 #include "ui/window_prompts.h"
 
@@ -14,7 +15,7 @@ namespace korvane {
 // The visible part of the panel: command buttons, page buttons, and the page shown.
 class PanelBody : public Dialog {
   public:
-    explicit PanelBody(DeviceManager& manager);
+    PanelBody(DeviceManager& manager, const PageMaker& makePages);
 
     // Fills the pages from the model.
     void refresh() { pages_.refresh(); }
@@ -33,9 +34,9 @@ class PanelBody : public Dialog {
     DeviceManager& manager_;
     WindowPrompts prompts_;
     ModalTransferRunner transfers_;
-    Page inputChannels_, system_;
+    WindowFormRunner forms_;
+    PageSet set_;
     ControlTablesPage controlTables_;
-    MonitorPanel monitor_;
     PageStack stack_;
     PanelPages pages_;
     PanelCommands commands_;

@@ -53,8 +53,7 @@ bool PanelCommands::settledSinceLastSetting(std::string_view refusal) {
 void PanelCommands::save() {
     if (!settledSinceLastSetting(tooSoonToSet)) return;
     if (!prompts_.confirm("确认要将配置保存到设备?")) return;
-    pages_.commit();
-    if (pages_.check() != 0) return;
+    if (!pages_.commit() || pages_.check() != 0) return;
     const int result =
         transfers_.run([this](auto sink) { return manager_.startDownload(std::move(sink)); });
     if (result != 0) return reportTransferFailure(result);
@@ -91,6 +90,8 @@ void PanelCommands::restoreDefaults() {
 // The default extension is not the filter's, so that an export typed without one is told apart
 // from the files that the panel keeps for itself.
 void PanelCommands::exportFile() {
+    // Pages that nobody touched leave the configuration as it is, to the byte.
+    if (pages_.changed() && !pages_.commit()) return;
     const auto path = prompts_.chooseFileToSave({"ipr", fileFilter});
     if (!path) return;
     const int result = manager_.model().saveConfigFile(*path);

@@ -17,8 +17,11 @@ class Pages {
 
     // Fills the input services, the control tables and the system configuration from the model.
     virtual void refresh() = 0;
-    // Takes the pending edits of the control tables into the model.
-    virtual void commit() = 0;
+    // Takes the pending edits of the control tables into the model. False when an entry was
+    // refused; then a message has been shown.
+    virtual bool commit() = 0;
+    // Whether there are any.
+    virtual bool changed() const = 0;
     // Reads the system configuration's fields into the model. Non-zero when one is wrong; then a
     // message has been shown.
     virtual int check() = 0;

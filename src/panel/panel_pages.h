@@ -20,7 +20,8 @@ class PanelPages : public Pages {
     void refresh() override {
         for (const auto index : {InputChannels, ControlTables, System}) pages_[index]->refresh();
     }
-    void commit() override { pages_[ControlTables]->commit(); }
+    bool commit() override { return pages_[ControlTables]->commit(); }
+    bool changed() const override { return pages_[ControlTables]->changed(); }
     int check() override { return pages_[System]->check(); }
 
   private:

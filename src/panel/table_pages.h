@@ -17,16 +17,17 @@ class TablePages {
     std::size_t selected() const { return selected_; }
 
     // Takes the open page's edits into the model and opens another one, filled from it. False, and
-    // nothing done, when it names none or is open already.
+    // nothing done, when it names none or is open already, or when an entry of the open one was
+    // refused.
     bool select(std::size_t index) {
-        if (index >= pages_.size() || index == selected_) return false;
-        commit();
+        if (index >= pages_.size() || index == selected_ || !commit()) return false;
         selected_ = index;
         refresh();
         return true;
     }
     void refresh() { pages_[selected_]->refresh(); }
-    void commit() { pages_[selected_]->commit(); }
+    bool commit() { return pages_[selected_]->commit(); }
+    bool changed() const { return pages_[selected_]->changed(); }
 
   private:
     std::vector<PageContent*> pages_;

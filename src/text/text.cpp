@@ -2,10 +2,10 @@
 
 #include <windows.h>
 
+#include "text/gbk.h"
+
 namespace korvane {
 namespace {
-
-constexpr UINT gbkCodePage = 936;
 
 std::wstring decode(UINT codePage, std::string_view text) {
     const int size = static_cast<int>(text.size());
@@ -46,7 +46,7 @@ std::wstring anyToWide(std::string_view text) {
     return decode(isUtf8 ? CP_UTF8 : CP_ACP, text);
 }
 std::string anyToGbk(std::string_view text) {
-    return encode(gbkCodePage, anyToWide(text));
+    return toGbk(toUtf8(anyToWide(text))).bytes;
 }
 std::string systemToUtf8(std::string_view narrow) {
     return toUtf8(decode(CP_ACP, narrow));

@@ -21,6 +21,12 @@ void ListView::setUp(std::span<const Column> columns, Marks marks) const {
     }
 }
 
+void ListView::clear() const {
+    send(LVM_DELETEALLITEMS);
+    while (send(LVM_DELETECOLUMN, 0)) {
+    }
+}
+
 // Rows that stay are rewritten in place: that is what keeps selection, marks and scrolling.
 void ListView::setRows(std::span<const Row> rows) const {
     holdDrawing();
@@ -69,10 +75,20 @@ std::vector<int> ListView::allSelected() const {
 }
 
 void ListView::select(int row) const {
+    mark(row);
+    if (row >= 0) makeVisible(row);
+}
+
+void ListView::mark(int row) const {
     setState(-1, 0, LVIS_SELECTED);
-    if (row < 0) return;
-    setState(row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
-    send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
+    if (row >= 0) setState(row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+}
+
+RECT ListView::rowArea(int row) const {
+    RECT area{LVIR_BOUNDS, 0, 0, 0};
+    const bool there =
+        send(LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&area)) != FALSE;
+    return there ? area : RECT{};
 }
 
 // The state image of a checked row is the second one, of an unchecked row the first.

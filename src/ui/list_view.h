@@ -1,5 +1,6 @@
 #pragma once
 
+#include "forms/edit_list.h"
 #include "ui/controls.h"
 
 namespace korvane {
@@ -8,17 +9,16 @@ namespace korvane {
 class ListView : public Control {
   public:
     using Control::Control;
-    using Row = std::vector<std::string>;
+    using Row = ListRow;
+    using Column = ListColumn;
 
     enum class Marks { None, CheckBoxes };
 
-    struct Column {
-        std::string_view title;
-        int width;  // pixels
-    };
-
-    // Once, before any rows.
+    // Before any rows.
     void setUp(std::span<const Column> columns, Marks marks = Marks::None) const;
+
+    // Removes all rows and columns.
+    void clear() const;
 
     // Replaces all rows. Rows that were selected stay selected by their index, and the list stays
     // scrolled where it was as far as there still are rows.
@@ -31,6 +31,14 @@ class ListView : public Control {
     std::vector<int> allSelected() const;
     // Makes one row the selected and focused one and brings it into view; -1 selects none.
     void select(int row) const;
+    // As select, but leaves the list scrolled where it is.
+    void mark(int row) const;
+    void selectAll() const { setState(-1, LVIS_SELECTED, LVIS_SELECTED); }
+    void makeVisible(int row) const { send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE); }
+    int topRow() const { return static_cast<int>(send(LVM_GETTOPINDEX)); }
+    int rowsPerPage() const { return static_cast<int>(send(LVM_GETCOUNTPERPAGE)); }
+    // In pixels of the list; empty for no row.
+    RECT rowArea(int row) const;
     bool checked(int row) const;
     void setChecked(int row, bool checked) const;
 

@@ -25,11 +25,16 @@ class RecordingPage : public PageContent {
   public:
     RecordingPage(int number, Log& log) : name_(std::to_string(number)), log_(log) {}
     void refresh() override { log_.push_back("refresh " + name_); }
-    void commit() override { log_.push_back("commit " + name_); }
+    bool commit() override {
+        log_.push_back("commit " + name_);
+        return commits;
+    }
+    bool changed() const override { return entered; }
     int check() override {
         log_.push_back("check " + name_);
         return checkResult;
     }
+    bool commits = true, entered = false;
     int checkResult = 0;
 
   private:
@@ -159,7 +164,17 @@ TEST_F(PanelCommandsTest, NothingIsSavedWhileAFieldIsWrong) {
     page_[3].checkResult = -4;
     EXPECT_EQ(press(save) + "transfer\n", saving);
     page_[3].checkResult = 0;
+    page_[1].commits = false;
+    EXPECT_EQ(press(save) + "check 3\ntransfer\n", saving);
+    page_[1].commits = true;
     EXPECT_EQ(press(save), saving) << "no interval has begun";
+}
+
+TEST_F(PanelCommandsTest, AnExportTakesWhatWasEnteredAndNothingElse) {
+    page_[1].entered = true;
+    EXPECT_EQ(press(exportFile), "commit 1\n" + exporting);
+    page_[1].commits = false;
+    EXPECT_EQ(press(exportFile), "commit 1\n");
 }
 
 FlatChannelList oneChannel(std::uint16_t port) {
@@ -230,6 +245,9 @@ TEST_F(PanelCommandsTest, TheTableThatIsLeftCommitsBeforeTheNextIsFilled) {
     tables.refresh();
     tables.commit();
     EXPECT_EQ(takeLog(), "commit 0\nrefresh 2\ncommit 2\nrefresh 1\nrefresh 1\ncommit 1\n");
+    page_[1].commits = false;
+    EXPECT_FALSE(tables.select(0));
+    EXPECT_EQ(tables.selected(), 1u) << "with the entry that was refused";
 }
 
 TEST(DeviceVersionText, ShowsPrintableTextOnly) {

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace korvane {
+
+using Ipv4 = std::array<std::uint8_t, 4>;  // first octet first
+
+// The seam to the controls of a dialog, by their numbers. Texts are UTF-8.
+class FieldControls {
+  public:
+    virtual ~FieldControls() = default;
+
+    virtual std::string text(int control) const = 0;
+    virtual void setText(int control, std::string_view text) = 0;
+    // Of a drop-down list; -1 for none.
+    virtual int selected(int control) const = 0;
+    virtual void select(int control, int index) = 0;
+    virtual void setItems(int control, std::span<const std::string_view> items) = 0;
+    // Of a check box.
+    virtual bool checked(int control) const = 0;
+    virtual void setChecked(int control, bool checked) = 0;
+    // Of an IP address box; what is blank counts as 0.
+    virtual Ipv4 address(int control) const = 0;
+    virtual void setAddress(int control, const Ipv4& address) = 0;
+
+    virtual void setEnabled(int control, bool enabled) = 0;
+    // Gives it the focus and selects its text.
+    virtual void focus(int control) = 0;
+};
+
+}  // namespace korvane

@@ -1,0 +1,150 @@
+#include "ui/edit_list_view.h"
+
+#include <memory>
+#include <windowsx.h>
+
+#include "text/text.h"
+#include "ui/modal.h"
+#include "ui/module.h"
+
+namespace korvane {
+namespace {
+
+struct DestroyMenuHandle {
+    using pointer = HMENU;
+    void operator()(HMENU menu) const { DestroyMenu(menu); }
+};
+
+bool isDown(int key) {
+    return GetKeyState(key) < 0;
+}
+
+}  // namespace
+
+void EditListView::create(HWND dialog) {
+    dialog_ = dialog;
+    view().setUp(list_.columns());
+}
+
+void EditListView::rebuild() {
+    view().clear();
+    view().setUp(list_.columns());
+    refill();
+}
+
+void EditListView::refill() {
+    const ListView list = view();
+    const int top = list.topRow(), perPage = list.rowsPerPage(), selected = list.selected();
+    const std::vector<ListRow> rows = list_.rows();
+    const RefilledView shown = refilledView(selected, top, perPage, static_cast<int>(rows.size()));
+    list.setRows(rows);
+    list.mark(shown.selected);
+    if (shown.visible != EditList::noRow) list.makeVisible(shown.visible);
+}
+
+void EditListView::refillIf(bool changed) {
+    if (changed) refill();
+}
+
+bool EditListView::onNotify(const NMHDR& header) {
+    if (!dialog_ || header.hwndFrom != view().window()) return false;
+    switch (header.code) {
+        case NM_RCLICK: {
+            const DWORD where = GetMessagePos();
+            showMenu({GET_X_LPARAM(where), GET_Y_LPARAM(where)});
+            return true;
+        }
+        case NM_DBLCLK:
+            if (reinterpret_cast<const NMITEMACTIVATE&>(header).iItem < 0) return true;
+            refillIf(editor_.edit(view().allSelected()));
+            return true;
+        case LVN_KEYDOWN:
+            return onKey(reinterpret_cast<const NMLVKEYDOWN&>(header));
+        default:
+            return false;
+    }
+}
+
+bool EditListView::onKey(const NMLVKEYDOWN& key) {
+    const ListView list = view();
+    const auto selection = list.allSelected();
+    switch (key.wVKey) {
+        case VK_INSERT:
+            refillIf(editor_.addAnywhere(selection));
+            return true;
+        case VK_DELETE:
+            refillIf(editor_.remove(selection));
+            return true;
+        case 'A':
+            if (isDown(VK_CONTROL)) list.selectAll();
+            return isDown(VK_CONTROL);
+        case 'C':
+            if (isDown(VK_CONTROL)) copyToClipboard(dialog_, editor_.copied(selection));
+            return isDown(VK_CONTROL);
+        default:
+            return false;
+    }
+}
+
+// Enter in the list comes as the dialog's default command.
+bool EditListView::onCommand(int id) {
+    if (!dialog_) return false;
+    const ListView list = view();
+    const auto selection = list.allSelected();
+    const bool enter = id == IDOK && GetFocus() == list.window();
+    if (id == menu_.add)
+        refillIf(editor_.add(selection));
+    else if (id == menu_.edit || enter)
+        refillIf(editor_.edit(selection));
+    else if (id == menu_.remove)
+        refillIf(editor_.remove(selection));
+    else
+        return false;
+    return true;
+}
+
+bool EditListView::onContextMenu(HWND window, LPARAM where) {
+    constexpr LPARAM byKey = -1;
+    if (!dialog_ || window != view().window() || where != byKey) return false;
+    showMenu(placeOfSelection());
+    return true;
+}
+
+POINT EditListView::placeOfSelection() const {
+    const ListView list = view();
+    const RECT row = list.rowArea(list.selected());
+    POINT place{row.left, row.bottom};
+    ClientToScreen(list.window(), &place);
+    return place;
+}
+
+// The command comes to the dialog as that of any menu.
+void EditListView::showMenu(POINT where) {
+    const std::unique_ptr<HMENU, DestroyMenuHandle> menu(
+        LoadMenuW(moduleInstance(), MAKEINTRESOURCEW(menu_.menu)));
+    const HMENU items = GetSubMenu(menu.get(), 0);
+    const EditList::Offer offer = editor_.offer(view().allSelected());
+    if (!offer.add) DeleteMenu(items, static_cast<UINT>(menu_.add), MF_BYCOMMAND);
+    if (!offer.edit) DeleteMenu(items, static_cast<UINT>(menu_.edit), MF_BYCOMMAND);
+    if (!offer.remove) DeleteMenu(items, static_cast<UINT>(menu_.remove), MF_BYCOMMAND);
+    const ModalScope scope;
+    TrackPopupMenu(items, TPM_RIGHTBUTTON, where.x, where.y, 0, dialog_, nullptr);
+    scope.check();
+}
+
+void copyToClipboard(HWND owner, std::string_view text) {
+    const std::wstring wide = toWide(text);
+    const std::size_t bytes = (wide.size() + 1) * sizeof(wchar_t);
+    if (!OpenClipboard(owner)) return;
+    EmptyClipboard();
+    const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes);
+    if (memory) {
+        memcpy(GlobalLock(memory), wide.c_str(), bytes);
+        GlobalUnlock(memory);
+        // The clipboard owns it once it has taken it.
+        if (!SetClipboardData(CF_UNICODETEXT, memory)) GlobalFree(memory);
+    }
+    CloseClipboard();
+}
+
+}  // namespace korvane

@@ -1,0 +1,62 @@
+#include "ui/form_dialog.h"
+
+#include "text/text.h"
+#include "ui/controls.h"
+
+namespace korvane {
+
+std::string DialogControls::text(int control) const {
+    return at<Edit>(control).text();
+}
+void DialogControls::setText(int control, std::string_view text) {
+    at<Edit>(control).setText(text);
+}
+int DialogControls::selected(int control) const {
+    return at<Combo>(control).selected();
+}
+void DialogControls::select(int control, int index) {
+    at<Combo>(control).select(index);
+}
+void DialogControls::setItems(int control, std::span<const std::string_view> items) {
+    at<Combo>(control).setItems(items);
+}
+bool DialogControls::checked(int control) const {
+    return at<CheckBox>(control).checked();
+}
+void DialogControls::setChecked(int control, bool checked) {
+    at<CheckBox>(control).setChecked(checked);
+}
+Ipv4 DialogControls::address(int control) const {
+    return at<IpBox>(control).address();
+}
+void DialogControls::setAddress(int control, const Ipv4& address) {
+    at<IpBox>(control).setAddress(address);
+}
+void DialogControls::setEnabled(int control, bool enabled) {
+    at<Control>(control).enable(enabled);
+}
+
+// As the system moves it: the text of an edit is selected, and the default button keeps its border.
+void DialogControls::focus(int control) {
+    SendMessageW(dialog_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog_, control)),
+                 TRUE);
+}
+
+FormDialog::FormDialog(Form& form, Prompts& prompts)
+    : Dialog(form.dialog()), form_(form), exchange_(form, controls_, prompts) {}
+
+bool FormDialog::onInit() {
+    controls_.attach(hwnd());
+    if (!form_.title().empty()) SetWindowTextW(hwnd(), toWide(form_.title()).c_str());
+    for (const int hidden : form_.hidden()) control<Control>(hidden).show(false);
+    exchange_.show();
+    return true;
+}
+
+bool FormDialog::onCommand(int id, int notification, HWND control) {
+    if (id == IDOK && !exchange_.accept()) return true;
+    if (notification == BN_CLICKED && control) exchange_.clicked(id);
+    return Dialog::onCommand(id, notification, control);
+}
+
+}  // namespace korvane
