@@ -41,9 +41,9 @@ void tellThreadEnd(HINSTANCE module) {
     for (; *callback; ++callback) (*callback)(module, DLL_THREAD_DETACH, nullptr);
 }
 
-// What the runtime keeps for each thread that it has met, a handle of it among others, it gives back
-// when that thread ends. The one that frees the library goes on, and is told to have gone. The slot
-// that this empties was the runtime's, which never gives it back; the system has few.
+// What the runtime keeps for each thread that it has met, a handle of it among others, it gives
+// back when that thread ends. The one that frees the library goes on, and is told to have gone. The
+// slot that this empties was the runtime's, which never gives it back; the system has few.
 void forgetThisThread(HINSTANCE module) {
     const auto before = slotsInUse();
     tellThreadEnd(module);
