@@ -19,9 +19,10 @@ using TimeSlotList = BoundedList<std::uint8_t, limits::timeSlots>;
 // The whole configuration that the panel holds, and the operations on it.
 // Not locked: the editors and a running transfer are kept apart by the modal progress dialog.
 //
-// The operations of the editors take and give whole records by value and return 0, or -1 with
-// nothing changed: for an index that names no record, and for a change that a limit of the device
-// forbids. Values are checked before, by ConfigChecks.
+// The operations of the editors take and give whole records by value and return 0 or, with nothing
+// changed, -1: for an index that names no record, and for a change that a limit of the device
+// forbids; -2 for one of frames or services that would need more than 40 entries in the CSCT.
+// Values are checked before, by ConfigChecks.
 class ConfigModel {
   public:
     const ConfigTables& tables() const { return tables_; }
@@ -125,15 +126,17 @@ class ConfigModel {
     int addFrame(TableKind kind, const MultiplexFrame& frame, int position = -1);
     int updateFrame(TableKind kind, int index, const MultiplexFrame& frame);
     int removeFrame(TableKind kind, int index);
+    // What updateFrame would answer, or addFrame for index -1: a form asks before it closes.
+    int checkFrame(TableKind kind, int index, const MultiplexFrame& frame) const;
     // 0 without frames.
     std::uint8_t highestFrameId(TableKind kind) const;
 
     // One slot number of a frame, in place: the next update of the frame renumbers.
     int setTimeSlot(TableKind kind, int frame, std::size_t index, std::uint8_t slot);
     int removeTimeSlot(TableKind kind, int frame, std::size_t index);
-    // The numbers that renumbering would give a continuous frame with `count` slots (held to 40):
+    // The numbers that renumbering would give a frame of a table with `count` slots (held to 40):
     // from the sum of those before it; frame -1 is one not yet stored, behind all others.
-    TimeSlotList allocateTimeSlots(int frame, std::size_t count) const;
+    TimeSlotList allocateTimeSlots(TableKind kind, int frame, std::size_t count) const;
 
     int addService(TableKind kind, int frame, const ServiceRecord& service);
     int updateService(TableKind kind, int frame, int index, const ServiceRecord& service);
@@ -178,7 +181,7 @@ class ConfigModel {
     ServiceFrequencyTable& serviceTable(TableKind kind);
     const ServiceFrequencyTable& serviceTable(TableKind kind) const;
     Demand demandOfContinuous() const;
-    bool wouldExceed(const Demand& gone, const Demand& added) const;
+    int exceeded(const Demand& gone, const Demand& added) const;
     void renumberTimeSlots();
     void rebuildServiceFrequencies();
     void afterFrameChange(TableKind kind);

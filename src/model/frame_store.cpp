@@ -13,6 +13,8 @@ using namespace edit_result;
 
 namespace {
 
+constexpr int newFrame = -1;  // in the place of an index
+
 template <class List>
 bool names(const List& list, int index) {
     return index >= 0 && static_cast<std::size_t>(index) < list.size();
@@ -44,9 +46,10 @@ ConfigModel::Demand ConfigModel::demandOfContinuous() const {
     return sum;
 }
 
-// Whether a change would bring the continuous table over a shared limit, or further over one that a
-// configuration from elsewhere already exceeds: such a one can be shrunk step by step.
-bool ConfigModel::wouldExceed(const Demand& gone, const Demand& added) const {
+// What an operation answers to a change that would bring the continuous table over a shared limit,
+// or further over one that a configuration from elsewhere already exceeds: such a one can be shrunk
+// step by step.
+int ConfigModel::exceeded(const Demand& gone, const Demand& added) const {
     const Demand now = demandOfContinuous();
     const std::uint8_t channel = tables_.continuous.header[1];
     const auto& entries = tables_.continuousServices.entries;
@@ -57,8 +60,9 @@ bool ConfigModel::wouldExceed(const Demand& gone, const Demand& added) const {
                           std::size_t limit) {
         return plus > minus && before - minus + plus > limit;
     };
-    return grows(now.timeSlots, gone.timeSlots, added.timeSlots, limits::timeSlots) ||
-           grows(now.services, gone.services, added.services, limits::serviceFrequencies - foreign);
+    if (grows(now.timeSlots, gone.timeSlots, added.timeSlots, limits::timeSlots)) return refused;
+    const std::size_t room = limits::serviceFrequencies - foreign;
+    return grows(now.services, gone.services, added.services, room) ? csctFull : done;
 }
 
 void ConfigModel::renumberTimeSlots() {
@@ -110,25 +114,32 @@ int ConfigModel::getFrame(TableKind kind, int index, MultiplexFrame& frame) cons
 
 int ConfigModel::addFrame(TableKind kind, const MultiplexFrame& frame, int position) {
     auto& frames = tables_.table(kind).frames;
-    if (kind == TableKind::Continuous && wouldExceed({}, Demand::of(frame))) return refused;
+    if (const int answer = checkFrame(kind, newFrame, frame)) return answer;
     const std::size_t index =
         names(frames, position) ? static_cast<std::size_t>(position) : frames.size();
-    if (!frames.insert(index, frame)) return refused;
+    frames.insert(index, frame);
     frames[index].kind = kind;
     afterFrameChange(kind);
     return done;
 }
 
 int ConfigModel::updateFrame(TableKind kind, int index, const MultiplexFrame& frame) {
-    auto& frames = tables_.table(kind).frames;
-    if (!names(frames, index)) return refused;
-    MultiplexFrame& stored = frames[static_cast<std::size_t>(index)];
-    if (kind == TableKind::Continuous && wouldExceed(Demand::of(stored), Demand::of(frame)))
-        return refused;
+    if (index == newFrame) return refused;
+    if (const int answer = checkFrame(kind, index, frame)) return answer;
+    MultiplexFrame& stored = tables_.table(kind).frames[static_cast<std::size_t>(index)];
     stored = frame;
     stored.kind = kind;
     afterFrameChange(kind);
     return done;
+}
+
+int ConfigModel::checkFrame(TableKind kind, int index, const MultiplexFrame& frame) const {
+    const auto& frames = tables_.table(kind).frames;
+    const bool isNew = index == newFrame;
+    if (isNew ? frames.full() : !names(frames, index)) return refused;
+    if (kind != TableKind::Continuous) return done;
+    return exceeded(isNew ? Demand{} : Demand::of(frames[static_cast<std::size_t>(index)]),
+                    Demand::of(frame));
 }
 
 int ConfigModel::removeFrame(TableKind kind, int index) {
@@ -161,8 +172,8 @@ int ConfigModel::removeTimeSlot(TableKind kind, int frame, std::size_t index) {
     return frames[static_cast<std::size_t>(frame)].timeSlots.erase(index) ? done : refused;
 }
 
-TimeSlotList ConfigModel::allocateTimeSlots(int frame, std::size_t count) const {
-    const auto& frames = tables_.continuous.frames;
+TimeSlotList ConfigModel::allocateTimeSlots(TableKind kind, int frame, std::size_t count) const {
+    const auto& frames = tables_.table(kind).frames;
     const std::size_t before =
         names(frames, frame) ? static_cast<std::size_t>(frame) : frames.size();
     std::size_t next = 0;
@@ -177,9 +188,11 @@ int ConfigModel::addService(TableKind kind, int frame, const ServiceRecord& serv
     auto& frames = tables_.table(kind).frames;
     if (!names(frames, frame)) return refused;
     MultiplexFrame& stored = frames[static_cast<std::size_t>(frame)];
+    if (stored.services.full()) return refused;
     const Demand added{0, stored.id == 0 ? 0u : 1u};
-    if (kind == TableKind::Continuous && wouldExceed({}, added)) return refused;
-    if (!stored.services.append(service)) return refused;
+    if (kind == TableKind::Continuous)
+        if (const int answer = exceeded({}, added)) return answer;
+    stored.services.append(service);
     afterFrameChange(kind);
     return done;
 }

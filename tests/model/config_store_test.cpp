@@ -47,10 +47,10 @@ class Store : public testing::Test {
     Pairs csct() { return pairsOf(model_->tables().continuousServices); }
     // Whether an operation was refused without a trace.
     template <class Operation>
-    void expectRefused(Operation operation) {
+    void expectRefused(Operation operation, int answer = -1) {
         const auto before = copyOf(model_->tables());
         const FlatChannelList channels = model_->flatChannels();
-        EXPECT_EQ(operation(), -1);
+        EXPECT_EQ(operation(), answer);
         EXPECT_TRUE(model_->tables() == *before);
         EXPECT_TRUE(model_->flatChannels() == channels);
     }
@@ -116,10 +116,11 @@ TEST_F(Store, SingleSlotsAreEditedInPlace) {
     const auto numbers = [](const TimeSlotList& list) {
         return std::vector<int>(list.begin(), list.end());
     };
-    EXPECT_EQ(numbers(model_->allocateTimeSlots(0, 3)), (std::vector{0, 1, 2}));
-    EXPECT_EQ(numbers(model_->allocateTimeSlots(1, 2)), (std::vector{2, 3}));
-    EXPECT_EQ(numbers(model_->allocateTimeSlots(-1, 1)), (std::vector{6}));
-    EXPECT_EQ(model_->allocateTimeSlots(-1, 1000).size(), 40u);
+    EXPECT_EQ(numbers(model_->allocateTimeSlots(continuous, 0, 3)), (std::vector{0, 1, 2}));
+    EXPECT_EQ(numbers(model_->allocateTimeSlots(continuous, 1, 2)), (std::vector{2, 3}));
+    EXPECT_EQ(numbers(model_->allocateTimeSlots(continuous, -1, 1)), (std::vector{6}));
+    EXPECT_EQ(numbers(model_->allocateTimeSlots(shortTime, -1, 1)), (std::vector{0}));
+    EXPECT_EQ(model_->allocateTimeSlots(continuous, -1, 1000).size(), 40u);
 }
 
 TEST_F(Store, WhatNamesNothingIsRefused) {
@@ -159,14 +160,19 @@ TEST_F(Store, WhatWouldBreakALimitOfTheWholeIsRefused) {
         ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(i, 2, i * 10, 8)), 0);
     expectRefused([this] { return model_->addFrame(continuous, frameWithSlots(6, 1)); });
     expectRefused([this] { return model_->updateFrame(continuous, 1, frameWithSlots(1, 3)); });
-    expectRefused([this] { return model_->addFrame(continuous, frameWithSlots(6, 0, 600, 1)); });
-    expectRefused(
-        [this] { return model_->updateFrame(continuous, 0, frameWithSlots(7, 1, 0, 1)); });
+    const auto six = frameWithSlots(6, 0, 600, 1), seven = frameWithSlots(7, 1, 0, 1);
+    expectRefused([&] { return model_->addFrame(continuous, six); }, -2);
+    expectRefused([&] { return model_->checkFrame(continuous, -1, six); }, -2);
+    expectRefused([&] { return model_->updateFrame(continuous, 0, seven); }, -2);
+    expectRefused([&] { return model_->checkFrame(continuous, 0, seven); }, -2);
+    expectRefused([&] { return model_->checkFrame(continuous, 6, six); });
+    EXPECT_EQ(model_->checkFrame(shortTime, -1, six), 0);
+    EXPECT_EQ(model_->checkFrame(continuous, 1, frame(1)), 0);
     expectRefused([this] { return model_->addServiceFrequency(continuous, {1, 2, 0}); });
     expectRefused([this] { return model_->addService(continuous, 0, test::service(9, 9)); });
     ASSERT_EQ(model_->removeService(continuous, 5, 0), 0);
     ASSERT_EQ(model_->addServiceFrequency(continuous, {1, 30, 0}), 0);
-    expectRefused([this] { return model_->addService(continuous, 5, test::service(8, 9)); });
+    expectRefused([this] { return model_->addService(continuous, 5, test::service(8, 9)); }, -2);
     NetworkInfo info;
     info.name.assign(257, 'n');
     expectRefused([&] { return model_->setNetworkInfo(info); });
