@@ -200,6 +200,17 @@ std::string Robot::text(HWND control) const {
     return toUtf8(buffer);
 }
 
+std::string Robot::clipboardText() const {
+    std::string text;
+    if (!OpenClipboard(nullptr)) return text;
+    if (HANDLE memory = GetClipboardData(CF_UNICODETEXT)) {
+        text = toUtf8(static_cast<const wchar_t*>(GlobalLock(memory)));
+        GlobalUnlock(memory);
+    }
+    CloseClipboard();
+    return text;
+}
+
 // A dialog of nothing but static controls and buttons, one of the former being the text.
 bool Robot::isBox(HWND window) const {
     if (className(window) != "#32770" || GetDlgItem(window, boxTextId) == nullptr) return false;

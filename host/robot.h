@@ -101,6 +101,7 @@ class Robot {
     int listSelection(HWND listView) const;  // -1 for none
     bool isRowChecked(HWND listView, int row) const;
     std::vector<std::string> tabTitles(HWND tab) const;
+    std::string clipboardText() const;               // empty when there is none
     std::vector<TreeRow> treeRows(HWND tree) const;  // in display order, collapsed ones too
 
     // Acting.

@@ -34,17 +34,6 @@ bool ListEditor::remove(const Selection& selection) {
     return removed > 0;
 }
 
-std::string ListEditor::copied(const Selection& selection) const {
-    const std::vector<ListRow> rows = list_.rows();
-    std::string text;
-    for (const int row : selection) {
-        const ListRow& cells = rows.at(static_cast<std::size_t>(row));
-        for (std::size_t i = 0; i < cells.size(); ++i) text += (i > 0 ? "\t" : "") + cells[i];
-        text += "\r\n";
-    }
-    return text;
-}
-
 RefilledView refilledView(int remembered, int top, int perPage, int rows) {
     if (rows == 0) return {EditList::noRow, EditList::noRow};
     if (remembered == EditList::noRow || remembered >= rows) return {0, EditList::noRow};

@@ -55,9 +55,6 @@ class ListEditor {
     // Asks first.
     bool remove(const Selection& selection);
 
-    // The rows as text for other programs: cells end with a tab, rows with a line end.
-    std::string copied(const Selection& selection) const;
-
   private:
     EditList& list_;
     Prompts& prompts_;

@@ -12,6 +12,7 @@ class FrameStructurePage : public RefreshPage {
 
   protected:
     bool onInit() override;
+    std::optional<LRESULT> onNotify(const NMHDR& header) override;
     void redraw(const DeviceStatusImage& status) override;
 };
 

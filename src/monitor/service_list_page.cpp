@@ -2,7 +2,7 @@
 
 #include "monitor/service_rows.h"
 #include "monitor/views.h"
-#include "ui/list_view.h"
+#include "ui/copy_keys.h"
 
 namespace korvane {
 namespace {
@@ -25,11 +25,15 @@ ServiceListPage::ServiceListPage(const StatusSource& source)
     : RefreshPage(servicesView, IDC_SERVICES, source) {}
 
 bool ServiceListPage::onInit() {
-    auto scaledColumns = columns;
-    for (ListView::Column& column : scaledColumns) column.width = scaled(column.width);
-    control<ListView>(IDC_SERVICES).setUp(scaledColumns);
+    control<ListView>(IDC_SERVICES).setUp(columns);
     startTimer();
     return true;
+}
+
+std::optional<LRESULT> ServiceListPage::onNotify(const NMHDR& header) {
+    if (header.idFrom != IDC_SERVICES || header.code != LVN_KEYDOWN) return std::nullopt;
+    const WORD key = reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey;
+    return selectOrCopyRows(control<ListView>(IDC_SERVICES), key);
 }
 
 void ServiceListPage::redraw(const DeviceStatusImage& status) {

@@ -29,6 +29,14 @@ void Control::place(const RECT& area) const {
                  area.bottom - area.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+int Control::scaled(int pixels) const {
+    constexpr int usualDpi = 96;
+    HDC screen = GetDC(window_);
+    const int dpi = GetDeviceCaps(screen, LOGPIXELSX);
+    ReleaseDC(window_, screen);
+    return MulDiv(pixels, dpi, usualDpi);
+}
+
 void Control::resumeDrawing() const {
     send(WM_SETREDRAW, TRUE);
     InvalidateRect(window_, nullptr, TRUE);

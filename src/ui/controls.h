@@ -29,6 +29,8 @@ class Control {
     // In pixels of the parent's client area.
     RECT area() const;
     void place(const RECT& area) const;
+    // A length in pixels of a 96 dpi screen, in those of this window's screen.
+    int scaled(int pixels) const;
 
   protected:
     LRESULT send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
@@ -139,6 +141,11 @@ class Tree : public Control {
     }
     void expand(HTREEITEM item) const {
         send(TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(item));
+    }
+    // The item that is related to `item` as TVGN_... says, or nullptr.
+    HTREEITEM next(WPARAM relation, HTREEITEM item = nullptr) const {
+        return reinterpret_cast<HTREEITEM>(
+            send(TVM_GETNEXTITEM, relation, reinterpret_cast<LPARAM>(item)));
     }
     std::string itemText(HTREEITEM item) const;
     void setItemText(HTREEITEM item, std::string_view text) const;

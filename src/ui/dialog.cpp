@@ -7,13 +7,13 @@
 
 #include "log/log.h"
 #include "text/text.h"
+#include "ui/controls.h"
 #include "ui/modal.h"
 #include "ui/module.h"
 
 namespace korvane {
 namespace {
 
-constexpr int screenDpi = 96;
 constexpr int initFailed = -1;
 
 void showFailure(const char* reason) noexcept {
@@ -112,10 +112,7 @@ void Dialog::end(int result) {
 }
 
 int Dialog::scaled(int pixels) const {
-    HDC screen = GetDC(hwnd_);
-    const int dpi = GetDeviceCaps(screen, LOGPIXELSX);
-    ReleaseDC(hwnd_, screen);
-    return MulDiv(pixels, dpi, screenDpi);
+    return Control(hwnd_).scaled(pixels);
 }
 
 // After a handler has run, the dialog object must not be touched: it may have gone meanwhile.

@@ -1,9 +1,10 @@
 #include "ui/edit_list_view.h"
 
+#include <algorithm>
 #include <memory>
 #include <windowsx.h>
 
-#include "text/text.h"
+#include "ui/copy_keys.h"
 #include "ui/modal.h"
 #include "ui/module.h"
 
@@ -14,10 +15,6 @@ struct DestroyMenuHandle {
     using pointer = HMENU;
     void operator()(HMENU menu) const { DestroyMenu(menu); }
 };
-
-bool isDown(int key) {
-    return GetKeyState(key) < 0;
-}
 
 }  // namespace
 
@@ -75,14 +72,8 @@ bool EditListView::onKey(const NMLVKEYDOWN& key) {
         case VK_DELETE:
             refillIf(editor_.remove(selection));
             return true;
-        case 'A':
-            if (isDown(VK_CONTROL)) list.selectAll();
-            return isDown(VK_CONTROL);
-        case 'C':
-            if (isDown(VK_CONTROL)) copyToClipboard(dialog_, editor_.copied(selection));
-            return isDown(VK_CONTROL);
         default:
-            return false;
+            return selectOrCopyRows(list, key.wVKey);
     }
 }
 
@@ -106,6 +97,8 @@ bool EditListView::onCommand(int id) {
 bool EditListView::onContextMenu(HWND window, LPARAM where) {
     constexpr LPARAM byKey = -1;
     if (!dialog_ || window != view().window() || where != byKey) return false;
+    const ListView list = view();
+    if (list.selected() != EditList::noRow) list.makeVisible(list.selected());
     showMenu(placeOfSelection());
     return true;
 }
@@ -113,7 +106,8 @@ bool EditListView::onContextMenu(HWND window, LPARAM where) {
 POINT EditListView::placeOfSelection() const {
     const ListView list = view();
     const RECT row = list.rowArea(list.selected());
-    POINT place{row.left, row.bottom};
+    // A list that is scrolled sideways has the row's beginning beyond its edge.
+    POINT place{std::max<LONG>(row.left, 0), row.bottom};
     ClientToScreen(list.window(), &place);
     return place;
 }
@@ -127,24 +121,9 @@ void EditListView::showMenu(POINT where) {
     if (!offer.add) DeleteMenu(items, static_cast<UINT>(menu_.add), MF_BYCOMMAND);
     if (!offer.edit) DeleteMenu(items, static_cast<UINT>(menu_.edit), MF_BYCOMMAND);
     if (!offer.remove) DeleteMenu(items, static_cast<UINT>(menu_.remove), MF_BYCOMMAND);
-    const ModalScope scope;
+    const ModalScope scope(ModalScope::Shows::Menu);
     TrackPopupMenu(items, TPM_RIGHTBUTTON, where.x, where.y, 0, dialog_, nullptr);
     scope.check();
-}
-
-void copyToClipboard(HWND owner, std::string_view text) {
-    const std::wstring wide = toWide(text);
-    const std::size_t bytes = (wide.size() + 1) * sizeof(wchar_t);
-    if (!OpenClipboard(owner)) return;
-    EmptyClipboard();
-    const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes);
-    if (memory) {
-        memcpy(GlobalLock(memory), wide.c_str(), bytes);
-        GlobalUnlock(memory);
-        // The clipboard owns it once it has taken it.
-        if (!SetClipboardData(CF_UNICODETEXT, memory)) GlobalFree(memory);
-    }
-    CloseClipboard();
 }
 
 }  // namespace korvane

@@ -50,7 +50,4 @@ class EditListView {
     HWND dialog_ = nullptr;
 };
 
-// Puts a text on the clipboard.
-void copyToClipboard(HWND owner, std::string_view text);
-
 }  // namespace korvane

@@ -14,11 +14,16 @@ void ListView::setUp(std::span<const Column> columns, Marks marks) const {
         LVCOLUMNW request{};
         request.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT | LVCF_SUBITEM;
         request.fmt = LVCFMT_LEFT;
-        request.cx = column.width;
+        request.cx = scaled(column.width);
         request.pszText = title.data();
         request.iSubItem = static_cast<int>(index);
         send(LVM_INSERTCOLUMNW, index++, reinterpret_cast<LPARAM>(&request));
     }
+}
+
+int ListView::columnCount() const {
+    const auto header = reinterpret_cast<HWND>(send(LVM_GETHEADER));
+    return static_cast<int>(SendMessageW(header, HDM_GETITEMCOUNT, 0, 0));
 }
 
 void ListView::clear() const {

@@ -14,7 +14,7 @@ class ListView : public Control {
 
     enum class Marks { None, CheckBoxes };
 
-    // Before any rows.
+    // Before any rows. Widths are those on a 96 dpi screen.
     void setUp(std::span<const Column> columns, Marks marks = Marks::None) const;
 
     // Removes all rows and columns.
@@ -25,6 +25,7 @@ class ListView : public Control {
     void setRows(std::span<const Row> rows) const;
 
     int count() const { return static_cast<int>(send(LVM_GETITEMCOUNT)); }
+    int columnCount() const;
     std::string cell(int row, int column) const;
     // The first selected row, or -1.
     int selected() const { return next(-1, LVNI_SELECTED); }

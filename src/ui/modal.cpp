@@ -35,7 +35,8 @@ HWND modalRoot() {
     return rootWindow ? GetAncestor(rootWindow, GA_ROOT) : nullptr;
 }
 
-ModalScope::ModalScope() : outer_(innermost), focus_(GetFocus()), generation_(dismissals) {
+ModalScope::ModalScope(Shows shows)
+    : shows_(shows), outer_(innermost), focus_(GetFocus()), generation_(dismissals) {
     innermost = this;
     if (scopeCount++ == 0)
         windowHook = SetWindowsHookExW(WH_CBT, &onWindowEvent, nullptr, GetCurrentThreadId());
@@ -87,7 +88,7 @@ LRESULT CALLBACK ModalScope::onWindowEvent(int code, WPARAM window, LPARAM data)
 // The first dialog window after the scope began is the one it was made for; the host may open
 // others from its own message handlers meanwhile, and those are not ours to close.
 void ModalScope::noteCreated(HWND window, const CREATESTRUCTW& how) {
-    if ((how.style & WS_CHILD) || !isDialogWindow(window)) return;
+    if (shows_ == Shows::Menu || (how.style & WS_CHILD) || !isDialogWindow(window)) return;
     const bool owned = std::ranges::find(windows_, how.hwndParent) != windows_.end();
     if (windows_.empty() || owned) windows_.push_back(window);
 }

@@ -21,7 +21,11 @@ HWND modalRoot();  // the top-level window
 // knows the window that it shows. Scopes nest; all belong to the one user-interface thread.
 class ModalScope {
   public:
-    ModalScope();
+    // A popup menu is no window that the scope would end: dialogs that come up meanwhile are
+    // others'.
+    enum class Shows { Dialog, Menu };
+
+    explicit ModalScope(Shows shows = Shows::Dialog);
     ~ModalScope();
     ModalScope(const ModalScope&) = delete;
     ModalScope& operator=(const ModalScope&) = delete;
@@ -46,6 +50,7 @@ class ModalScope {
     void restoreFocus() const;
 
     ActivationScope activation_;
+    Shows shows_;
     ModalScope* outer_;
     HWND focus_;  // before the scope began
     unsigned generation_;

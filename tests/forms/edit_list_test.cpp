@@ -69,10 +69,6 @@ TEST_F(ListEditorTest, RemovesAllSelectedRowsOnceAsked) {
     EXPECT_EQ(prompts_.log, std::vector<std::string>(3, "ask 请确认删除"));
 }
 
-TEST_F(ListEditorTest, CopiesRowsAsTabSeparatedText) {
-    EXPECT_EQ(editor_.copied({1, 5}), "b\tx\r\nf\tx\r\n");
-}
-
 TEST(RefilledViewTest, KeepsTheFirstRememberedRowAndThePlaceOrBeginsAnew) {
     constexpr int none = EditList::noRow;
     const struct {
