@@ -52,14 +52,18 @@ bool EditListView::onNotify(const NMHDR& header) {
             return true;
         }
         case NM_DBLCLK:
-            if (reinterpret_cast<const NMITEMACTIVATE&>(header).iItem < 0) return true;
-            refillIf(editor_.edit(view().allSelected()));
+            onDoubleClick(reinterpret_cast<const NMITEMACTIVATE&>(header).iItem);
             return true;
         case LVN_KEYDOWN:
             return onKey(reinterpret_cast<const NMLVKEYDOWN&>(header));
         default:
             return false;
     }
+}
+
+// With Ctrl held, the click leaves other rows selected.
+void EditListView::onDoubleClick(int row) {
+    if (row != EditList::noRow) refillIf(editor_.edit({row}));
 }
 
 bool EditListView::onKey(const NMLVKEYDOWN& key) {

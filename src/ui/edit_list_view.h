@@ -38,6 +38,7 @@ class EditListView {
     ListView view() const { return ListView(GetDlgItem(dialog_, control_)); }
 
   private:
+    void onDoubleClick(int row);
     bool onKey(const NMLVKEYDOWN& key);
     void showMenu(POINT where);
     void refillIf(bool changed);

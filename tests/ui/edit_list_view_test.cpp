@@ -116,6 +116,13 @@ class EditListViewTest : public testing::Test {
         robot_.doubleClickRow(list_.window(), row);
         pump();
     }
+    // As with Ctrl held.
+    void doubleClickBesideSelection(int row) {
+        NMITEMACTIVATE click{};
+        click.hdr = {list_.window(), IDC_CA_SYSTEMS, static_cast<UINT>(NM_DBLCLK)};
+        click.iItem = row;
+        SendMessageW(page_.hwnd(), WM_NOTIFY, IDC_CA_SYSTEMS, reinterpret_cast<LPARAM>(&click));
+    }
     // What shows, the selected rows in upper case.
     std::string shown() const {
         std::string text;
@@ -226,11 +233,13 @@ TEST_F(EditListViewTest, KeysDoWhatTheMenuOffers) {
 TEST_F(EditListViewTest, ADoubleClickEditsTheRowUnderIt) {
     doubleClick(1);
     EXPECT_EQ(shown(), "aEcd");
-    doubleClick(-1);
-    EXPECT_EQ(letters_.letters, "aecd") << "below the rows";
+    doubleClickBesideSelection(-1);
+    EXPECT_EQ(shown(), "aEcd") << "below the rows";
+    doubleClickBesideSelection(3);
+    EXPECT_EQ(shown(), "aEce");
     letters_.withRow.edit = false;
     doubleClick(2);
-    EXPECT_EQ(shown(), "aeCd");
+    EXPECT_EQ(shown(), "aeCe");
 }
 
 TEST_F(EditListViewTest, ARefillKeepsThePlaceAndTheFirstSelectedRowThatIsThere) {
