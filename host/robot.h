@@ -26,6 +26,12 @@ struct PopupItem {
     bool separator = false;
 };
 
+// What is to be entered in a control of a dialog: as typed, an item's text, or "1" for checked.
+struct FormEntry {
+    int control;
+    std::string text;
+};
+
 struct TreeRow {
     int depth;  // 0 for a root
     std::string text;
@@ -113,6 +119,8 @@ class Robot {
     // Sent, so done when the call returns; where the handler would open a modal window, set the
     // control by `send` and post the notification by `command`.
     void setText(HWND control, std::string_view text) const;
+    void type(HWND edit, std::string_view text) const;  // key by key
+    void fill(HWND dialog, const std::vector<FormEntry>& entries) const;
     void selectCombo(HWND combo, int index) const;
     void selectListBox(HWND listBox, int index) const;
     void selectRow(HWND listView, int row) const;
@@ -144,6 +152,8 @@ class Robot {
 
   private:
     void passMarker() const;
+    void chooseCombo(HWND combo, std::string_view text) const;
+    void typeAddress(HWND addressBox, const std::string& text) const;
     HWND firstTop(const std::function<bool(HWND)>& wanted) const;
     void notifyParent(HWND control, int code) const;
     void clickRow(HWND listView, int row, const std::vector<UINT>& messages, bool below) const;

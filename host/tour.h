@@ -20,6 +20,7 @@ class Tour;
 struct TourStep {
     const char* name;
     void (*run)(Tour&);
+    bool simulatedOnly = false;  // left out where the device is a real one
 };
 
 // All steps, in their order. Each begins and ends with nothing open but the main window.
@@ -39,6 +40,8 @@ class Tour {
     const Robot& robot() const { return robot_; }
     HWND host() const { return host_; }
     const HostOptions& options() const { return options_; }
+    // Whether the device is a simulated one that listens to us.
+    bool simulated() const { return !options_.consoleFile.empty(); }
     // A file in the tour directory.
     std::filesystem::path file(std::string_view name) const;
 

@@ -13,6 +13,7 @@
 #include "text/text.h"
 #include "tour.h"
 #include "tour_faults.h"
+#include "tour_story.h"
 
 namespace korvane::host {
 
@@ -443,13 +444,16 @@ const std::vector<TourStep>& tourSteps() {
         {"input channels", visitInputChannels},
         {"control tables", visitControlTables},
         {"monitoring", visitMonitor},
-        {"alarms", visitAlarms},
-        {"lost link", visitLostLink},
+        {"alarms", visitAlarms, true},
+        {"lost link", visitLostLink, true},
         {"system configuration", visitSystem},
         {"back to the input channels", returnToInputChannels},
         {"export", exportConfiguration},
         {"import", importConfiguration},
         {"export what was imported", exportAgain},
+        {"add a CA system", addCaSystem, true},
+        {"edit a CA system", editCaSystem, true},
+        {"delete a CA system", removeCaSystem, true},
         {"restore defaults", declineRestore},
         {"save to the device", save},
         {"save again at once", saveAgain},

@@ -23,7 +23,7 @@ Installs what is missing, builds the panel, its host and the simulated device, a
 With a display the host's window opens, connected, and stays until it is closed. Without one, the
 host drives a tour through the panel on a display of its own: the configuration is fetched, each
 page shown, alarms and a lost link of the simulated device too, exported, imported and saved to the
-device. The tour leaves in out/ a picture of each page and dialog, transcript.txt, simulator.log,
+device. A simulated device's configuration is edited before it is saved. The tour leaves in out/ a picture of each page and dialog, transcript.txt, simulator.log,
 the panel's diagnostic log as log.txt, and the files that it exported.
 
   --tour             the tour, even where there is a display
@@ -196,7 +196,7 @@ run_tour() {
     fi
     if [ -n "$sim_pid" ]; then
         stop_simulator
-        python3 "$root/scripts/compare_device.py" "$out/device.state" "$out/exported.dat" |
+        python3 "$root/scripts/compare_device.py" --edited "$out/device.state" "$out/exported.dat" |
             tee -a "$transcript"
     fi
     say "pictures and transcript are in out/"

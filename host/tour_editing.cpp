@@ -1,0 +1,90 @@
+#include "tour_editing.h"
+
+#include <algorithm>
+
+namespace korvane::host {
+
+namespace {
+
+constexpr int showControlTables = 23, tableList = 1000;
+
+std::string joined(const Cells& cells) {
+    std::string text;
+    for (const std::string& cell : cells) text += (text.empty() ? "" : " ") + cell;
+    return text;
+}
+
+}  // namespace
+
+HWND openTable(Tour& tour, std::string_view table) {
+    const Robot& robot = tour.robot();
+    robot.click(tour.body(), showControlTables);
+    robot.settle();
+    HWND list = onPage(tour, tableList);
+    const std::vector<std::string> names = robot.listBoxItems(list);
+    const auto found = std::ranges::find(names, table);
+    tour.expect(found != names.end(), "there is no such table: " + std::string(table));
+    robot.selectListBox(list, static_cast<int>(found - names.begin()));
+    return tour.visiblePage(GetParent(list));
+}
+
+HWND onPage(Tour& tour, int control) {
+    return tour.robot().waitControl(tour.visiblePage(tour.body()), control);
+}
+
+HWND openNew(Tour& tour, HWND list, const FormVisit& visit) {
+    const Robot& robot = tour.robot();
+    robot.rightClickRow(list, -1);
+    robot.choosePopup("添加");
+    return robot.waitDialog(visit.caption);
+}
+
+HWND openRow(Tour& tour, HWND list, int row, const FormVisit& visit) {
+    tour.robot().doubleClickRow(list, row);
+    return tour.robot().waitDialog(visit.caption);
+}
+
+void refuse(Tour& tour, HWND form, const Entries& entries, std::string_view message,
+            const std::string& name) {
+    const Robot& robot = tour.robot();
+    robot.fill(form, entries);
+    robot.click(form, IDOK);
+    tour.answerBox(message, IDOK, name);
+    robot.settle();
+    tour.expect(IsWindowVisible(form) && IsWindowEnabled(form), "the dialog has not stayed");
+    tour.note("\"" + std::string(message) + '"');
+}
+
+void accept(Tour& tour, HWND form, const FormVisit& visit, const Entries& entries) {
+    const Robot& robot = tour.robot();
+    robot.fill(form, entries);
+    tour.picture(form, visit.picture);
+    robot.click(form, IDOK);
+    robot.waitGone(form);
+    robot.settle();
+}
+
+void removeRow(Tour& tour, HWND list, int row) {
+    const Robot& robot = tour.robot();
+    const int last = lastRow(tour, list);
+    robot.selectRow(list, row);
+    robot.key(list, VK_DELETE);
+    tour.answerBox("请确认删除", IDYES, "question-delete");
+    robot.settle();
+    tour.expect(lastRow(tour, list) == last - 1, "not exactly one row has gone");
+    tour.note("row " + std::to_string(row) + " deleted");
+}
+
+void expectRow(Tour& tour, HWND list, int row, const Cells& cells) {
+    const auto rows = tour.robot().listRows(list);
+    const auto index = static_cast<std::size_t>(row);
+    tour.expect(index < rows.size() && rows[index] == cells,
+                "the row does not show " + joined(cells));
+    tour.note(joined(cells));
+}
+
+int lastRow(Tour& tour, HWND list) {
+    return static_cast<int>(tour.robot().send(list, LVM_GETITEMCOUNT)) - 1;
+}
+
+}  // namespace korvane::host

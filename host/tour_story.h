@@ -1,0 +1,13 @@
+#pragma once
+
+namespace korvane::host {
+
+class Tour;
+
+// The operator edits the sample configuration of a simulated device: what the save then brings
+// there, scripts/tour_story.py knows byte by byte.
+void addCaSystem(Tour& tour);
+void editCaSystem(Tour& tour);
+void removeCaSystem(Tour& tour);
+
+}  // namespace korvane::host
