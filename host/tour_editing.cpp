@@ -16,11 +16,15 @@ std::string joined(const Cells& cells) {
 
 }  // namespace
 
+HWND openPage(Tour& tour, int button) {
+    tour.robot().click(tour.body(), button);
+    tour.robot().settle();
+    return tour.visiblePage(tour.body());
+}
+
 HWND openTable(Tour& tour, std::string_view table) {
     const Robot& robot = tour.robot();
-    robot.click(tour.body(), showControlTables);
-    robot.settle();
-    HWND list = onPage(tour, tableList);
+    HWND list = robot.waitControl(openPage(tour, showControlTables), tableList);
     const std::vector<std::string> names = robot.listBoxItems(list);
     const auto found = std::ranges::find(names, table);
     tour.expect(found != names.end(), "there is no such table: " + std::string(table));
@@ -35,6 +39,7 @@ HWND onPage(Tour& tour, int control) {
 HWND openNew(Tour& tour, HWND list, const FormVisit& visit) {
     const Robot& robot = tour.robot();
     robot.rightClickRow(list, -1);
+    tour.picture(robot.waitClass("#32768"), "menu-of-a-list");
     robot.choosePopup("添加");
     return robot.waitDialog(visit.caption);
 }
@@ -62,6 +67,19 @@ void accept(Tour& tour, HWND form, const FormVisit& visit, const Entries& entrie
     robot.click(form, IDOK);
     robot.waitGone(form);
     robot.settle();
+}
+
+void openByKeys(Tour& tour, HWND list, int row, const FormVisit& visit) {
+    const Robot& robot = tour.robot();
+    robot.selectRow(list, row);
+    for (const WORD key : {VK_INSERT, VK_RETURN}) {
+        robot.key(list, key);
+        HWND form = robot.waitDialog(visit.caption);
+        robot.key(form, VK_ESCAPE);
+        robot.waitGone(form);
+        robot.settle();
+    }
+    tour.note("Insert, Enter, Esc");
 }
 
 void removeRow(Tour& tour, HWND list, int row) {

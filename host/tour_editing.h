@@ -17,9 +17,10 @@ struct FormVisit {
     const char *caption, *picture;
 };
 
-// Shows the page of the table of this name.
+// Shows the page that belongs to a button of the panel, or to the table of this name.
+HWND openPage(Tour& tour, int button);
 HWND openTable(Tour& tour, std::string_view table);
-// A control of that page, or of any other that shows.
+// A control of the page that shows.
 HWND onPage(Tour& tour, int control);
 
 // The dialog of a new record, through the list's menu; of one that is there, by double-click.
@@ -30,6 +31,9 @@ void refuse(Tour& tour, HWND form, const Entries& entries, std::string_view mess
             const std::string& name);
 // These are, after the dialog's picture.
 void accept(Tour& tour, HWND form, const FormVisit& visit, const Entries& entries);
+
+// Insert opens the dialog, Enter too for the row; Esc closes both.
+void openByKeys(Tour& tour, HWND list, int row, const FormVisit& visit);
 
 // By Del, and Yes.
 void removeRow(Tour& tour, HWND list, int row);

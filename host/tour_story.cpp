@@ -34,6 +34,7 @@ void editCaSystem(Tour& tour) {
     HWND list = onPage(tour, caSystems);
     accept(tour, openRow(tour, list, 1, caSystem), caSystem,
            {{emmUnitType, "159"}, {ecmTransferMode, "3"}});
+    openByKeys(tour, list, 1, caSystem);
     expectRow(tour, list, 1, {"1", "32514", "201", "159", "131", "3"});
 }
 

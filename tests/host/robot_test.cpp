@@ -52,6 +52,30 @@ TEST_F(RobotTest, SettlesAfterWhatWasPostedBefore) {
     robot.finish();
 }
 
+TEST_F(RobotTest, FillsEachKindOfField) {
+    const auto field = [this](const wchar_t* kind, int id, DWORD style) {
+        return CreateWindowExW(0, kind, L"", WS_CHILD | WS_VISIBLE | style, 0, 30 * id, 150, 25,
+                               dialog_, reinterpret_cast<HMENU>(id), nullptr, nullptr);
+    };
+    const INITCOMMONCONTROLSEX addresses{sizeof addresses, ICC_INTERNET_CLASSES};
+    InitCommonControlsEx(&addresses);
+    HWND name = field(L"Edit", 1, 0), mode = field(L"ComboBox", 2, CBS_DROPDOWNLIST),
+         sent = field(L"Button", 3, BS_AUTOCHECKBOX), address = field(WC_IPADDRESSW, 4, 0);
+    for (const wchar_t* item : {L"单播", L"组播"})
+        SendMessageW(mode, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(item));
+    RobotThread robot([&](Robot& r) {
+        for (const char* checked : {"1", "1", "0"}) {
+            r.fill(dialog_, {{1, "中央 5"}, {2, "组播"}, {3, checked}, {4, "225.1.20.3"}});
+            EXPECT_EQ(r.text(name), "中央 5");
+            EXPECT_EQ(r.comboSelection(mode), 1);
+            EXPECT_EQ(r.isChecked(sent), *checked == '1');
+            EXPECT_EQ(r.text(address), "225.1.20.3");
+        }
+        EXPECT_THROW(r.fill(dialog_, {{2, "广播"}}), RobotError);
+    });
+    robot.finish();
+}
+
 TEST_F(RobotTest, TakesPictures) {
     Robot(GetCurrentThreadId()).savePicture(dialog_, scratch_.path() / "picture.png");
     std::ifstream in(scratch_.path() / "picture.png", std::ios::binary);
