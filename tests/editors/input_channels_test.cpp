@@ -26,18 +26,21 @@ std::string bytesOf(const InputChannelRecord& record) {
 
 class InputChannels : public test::EditingFixture {
   protected:
-    using Script = std::function<void(Controls&)>;
-
-    bool add(
-        ChannelType type, const Ipv4& address, Texts texts, int before = EditList::noRow,
-        const Script& look = [](Controls&) {}) {
+    static void enter(Controls& controls, const Ipv4& address, const Texts& texts) {
+        controls.addresses = {{IDC_CHANNEL_ADDRESS, address},
+                              {IDC_GENERAL_CHANNEL_ADDRESS, address}};
+        for (const auto& [id, text] : texts) controls.texts[id] = text;
+    }
+    static void enterMost(Controls& controls) {
+        controls.checks = {{IDC_FRAME_RATE_GIVEN, true}, {IDC_RTCP_SYNC, true}};
+        controls.selections = {{IDC_FRAME_RATE, 3}, {IDC_CODING, 0}, {IDC_SAMPLE_RATE, 8}};
+        controls.texts[IDC_PAYLOAD_TYPE] = "127";
+        controls.texts[IDC_DATA_UNIT_TYPE] = "255";
+        controls.texts[IDC_SEND_INTERVAL] = "4294967295";
+    }
+    bool add(ChannelType type, const Ipv4& address, const Texts& texts, int before = 0) {
         list_.select(type);
-        forms_.script = {[=](Controls& controls) {
-            look(controls);
-            controls.addresses = {{IDC_CHANNEL_ADDRESS, address},
-                                  {IDC_GENERAL_CHANNEL_ADDRESS, address}};
-            for (const auto& [id, text] : texts) controls.texts[id] = text;
-        }};
+        forms_.script = {[=](Controls& controls) { enter(controls, address, texts); }};
         return list_.add(before);
     }
     const InputChannelRecord& first() const { return model_->flatChannels()[0]; }
@@ -46,13 +49,6 @@ class InputChannels : public test::EditingFixture {
 };
 
 TEST_F(InputChannels, AreStoredWithTheirDefaultsOrWithWhatWasEntered) {
-    const Script fill = [](Controls& controls) {
-        controls.checks = {{IDC_FRAME_RATE_GIVEN, true}, {IDC_RTCP_SYNC, true}};
-        controls.selections = {{IDC_FRAME_RATE, 3}, {IDC_CODING, 0}, {IDC_SAMPLE_RATE, 8}};
-        controls.texts[IDC_PAYLOAD_TYPE] = "127";
-        controls.texts[IDC_DATA_UNIT_TYPE] = "255";
-        controls.texts[IDC_SEND_INTERVAL] = "4294967295";
-    };
     const std::string audio = "38:1 42:8 49:127 ", most = "48:255 56:255 57:255 58:255 59:255 ";
     const std::tuple<std::size_t, std::string, std::string, std::string> cases[] = {
         {2, "16:1 ", "20:1 32:3 49:127 ", "\tAVS"},
@@ -71,11 +67,13 @@ TEST_F(InputChannels, AreStoredWithTheirDefaultsOrWithWhatWasEntered) {
             if (i > 0) bytes += "12:" + std::to_string(i) + ' ';
             if (i < 3 && all) bytes += "13:1 ";
             model_->resetModel();
-            ASSERT_TRUE(add(static_cast<ChannelType>(i), {225, 1, 2, 3}, {{IDC_PORT, "258"}}, 0,
-                            [&](Controls& controls) {
-                                EXPECT_EQ(controls.items[IDC_CODING].size(), codings);
-                                if (all) fill(controls);
-                            }));
+            forms_.script = {[&](Controls& controls) {
+                EXPECT_EQ(controls.items[IDC_CODING].size(), codings);
+                enter(controls, {225, 1, 2, 3}, {{IDC_PORT, "258"}});
+                if (all) enterMost(controls);
+            }};
+            list_.select(static_cast<ChannelType>(i));
+            ASSERT_TRUE(list_.add(0)) << said();
             InputChannelRecord record = first();
             EXPECT_EQ(std::exchange(record.channelId, 0), 1u);
             EXPECT_EQ(bytesOf(record), bytes + (all ? filled : defaults));
@@ -88,14 +86,13 @@ TEST_F(InputChannels, AreStoredWithTheirDefaultsOrWithWhatWasEntered) {
 
 // What the exchange refuses comes before the address, the address before its pair with the port.
 TEST_F(InputChannels, AreRefusedInThisOrderWhereTheFaultStands) {
-    const auto range = [](const std::string& most) {
-        return "warn 请输入 0 和 " + most + " 之间的整数。\n";
-    };
+    const std::string from0 = "warn 请输入 0 和 ", end = " 之间的整数。\n";
+    const Texts both = {{IDC_PORT, "65536"}, {IDC_PAYLOAD_TYPE, "128"}};
     const Ipv4 below = {223, 255, 255, 255}, above = {240, 0, 0, 0}, known = {225, 1, 2, 3};
     const std::tuple<ChannelType, Ipv4, Texts, int, std::string> cases[] = {
-        {Video, below, {{IDC_PORT, "65536"}, {IDC_PAYLOAD_TYPE, "128"}}, IDC_PORT, range("65535")},
-        {Audio, below, {{IDC_PAYLOAD_TYPE, "128"}}, IDC_PAYLOAD_TYPE, range("127")},
-        {Ecm, below, {{IDC_DATA_UNIT_TYPE, "256"}}, IDC_DATA_UNIT_TYPE, range("255")},
+        {Video, below, both, IDC_PORT, from0 + "65535" + end},
+        {Audio, below, {{IDC_PAYLOAD_TYPE, "128"}}, IDC_PAYLOAD_TYPE, from0 + "127" + end},
+        {Ecm, below, {{IDC_DATA_UNIT_TYPE, "256"}}, IDC_DATA_UNIT_TYPE, from0 + "255" + end},
         {Video, below, {}, IDC_CHANNEL_ADDRESS, multicast},
         {Emm, {0, 0, 0, 1}, {}, IDC_CHANNEL_ADDRESS, multicast},
         {Data, above, {}, IDC_GENERAL_CHANNEL_ADDRESS, multicast},
@@ -120,12 +117,12 @@ TEST_F(InputChannels, EditingKeepsWhatNobodyTouched) {
     for (std::uint8_t type = 0; type < limits::channelTypes; ++type) {
         InputChannelRecord record{};
         std::memset(&record, 0xA5, sizeof record);
-        record.receiveMode = record.position = 0;
+        record.receiveMode = 0;
         record.type = type;
         record.audioParametersGiven = 1;
-        FlatChannelList all;
-        all.append(record);
-        model_->setFlatChannels(all);
+        model_->resetModel();
+        model_->addChannel(record, 0);
+        record = first();
         list_.select(static_cast<ChannelType>(type));
         forms_.script = {[](Controls& controls) {
             EXPECT_EQ(controls.selected(IDC_FRAME_RATE), 0);
@@ -143,27 +140,21 @@ TEST_F(InputChannels, EditingKeepsWhatNobodyTouched) {
 
 // An address is checked when either half of it changed; a frame rate counts while it is given.
 TEST_F(InputChannels, EditingStoresWhatWasEnteredUnlessItIsRefused) {
-    const std::tuple<Script, std::string, std::string> cases[] = {
-        {[](Controls& c) { c.texts[IDC_PAYLOAD_TYPE] = "96"; }, "8:2 16:1 49:96 52:2 ", ""},
-        {[](Controls& c) { c.texts[IDC_PORT] = "1"; }, "8:2 16:1 49:96 52:2 ", twice},
-        {[](Controls& c) {
-             c.addresses[IDC_CHANNEL_ADDRESS] = {1, 1, 1, 1};
-         },
-         "8:2 16:1 49:96 52:2 ", multicast},
-        {[](Controls& c) { c.texts[IDC_PORT] = "3"; }, "8:3 16:1 49:96 52:2 ", ""},
-        {[](Controls& c) { c.selections[IDC_FRAME_RATE] = 3; }, "8:3 16:1 49:96 52:2 ", ""},
-        {[](Controls& c) {
-             c.checks[IDC_FRAME_RATE_GIVEN] = true;
-             c.selections[IDC_FRAME_RATE] = 3;
-         },
-         "8:3 16:1 20:1 32:3 49:96 52:2 ", ""},
-        {[](Controls& c) { c.checks[IDC_FRAME_RATE_GIVEN] = false; }, "8:3 16:1 49:96 52:2 ", ""},
+    const std::tuple<Ipv4, Texts, bool, int, std::string, std::string> cases[] = {
+        {{}, {{IDC_PAYLOAD_TYPE, "96"}}, false, 0, "8:2 16:1 49:96 52:2 ", ""},
+        {{}, {{IDC_PORT, "1"}}, false, 0, "8:2 16:1 49:96 52:2 ", twice},
+        {{1, 1, 1, 1}, {}, false, 0, "8:2 16:1 49:96 52:2 ", multicast},
+        {{}, {{IDC_PORT, "3"}}, false, 3, "8:3 16:1 49:96 52:2 ", ""},
+        {{}, {}, true, 3, "8:3 16:1 20:1 32:3 49:96 52:2 ", ""},
+        {{}, {}, false, 3, "8:3 16:1 49:96 52:2 ", ""},
     };
     ASSERT_TRUE(add(Audio, {}, {{IDC_PORT, "1"}}) && add(Video, {}, {{IDC_PORT, "2"}}));
-    for (const auto& [script, bytes, message] : cases) {
+    for (const auto& [address, texts, given, rate, bytes, message] : cases) {
         forms_.script = {[&](Controls& controls) {
             EXPECT_EQ(controls.enabledOnes[IDC_FRAME_RATE], first().frameRateGiven == 1);
-            script(controls);
+            enter(controls, address, texts);
+            controls.checks[IDC_FRAME_RATE_GIVEN] = given;
+            controls.selections[IDC_FRAME_RATE] = rate;
         }};
         EXPECT_EQ(list_.edit(0), message.empty());
         EXPECT_EQ(bytesOf(first()), bytes);
