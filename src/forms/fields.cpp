@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "model/frequency_text.h"
 #include "text/gbk.h"
 
 namespace korvane {
@@ -77,8 +78,9 @@ std::string numberRefusal(std::string_view text, std::uint32_t least, std::uint3
 }
 
 void Fields::megahertz(int control, std::uint32_t& value) {
-    constexpr std::uint32_t unit = 100'000, most = 42'949;
-    fields_.push_back(std::make_unique<NumberField<std::uint32_t>>(control, value, 0, most, unit));
+    constexpr std::uint32_t most = std::numeric_limits<std::uint32_t>::max() / unitsPerMegahertz;
+    fields_.push_back(
+        std::make_unique<NumberField<std::uint32_t>>(control, value, 0, most, unitsPerMegahertz));
 }
 
 void Fields::text(int control, std::string& gbk, std::string_view name, std::size_t limit) {

@@ -76,10 +76,12 @@ int ConfigChecks::checkServiceId(int frameIndex, std::uint32_t id) {
     return passed;
 }
 
-int ConfigChecks::checkServiceFrequencyPair(std::uint16_t serviceId, std::uint8_t channelNumber) {
-    for (const ServiceFrequencyEntry& entry : model_.tables().continuousServices.entries)
-        if (entry.serviceId == serviceId && entry.channelNumber == channelNumber)
-            return refuse("已有相同的业务标识和频道号对", -1);
+int ConfigChecks::checkServiceFrequencyPair(std::uint16_t serviceId, std::uint8_t channelNumber,
+                                            TableKind kind) {
+    for (const TableKind one : {TableKind::Continuous, kind})
+        for (const ServiceFrequencyEntry& entry : model_.tables().serviceTable(one).entries)
+            if (entry.serviceId == serviceId && entry.channelNumber == channelNumber)
+                return refuse("已有相同的业务标识和频道号对", -1);
     return passed;
 }
 

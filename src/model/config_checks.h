@@ -30,7 +30,9 @@ class ConfigChecks {
     int checkTimeSlotCount(std::uint32_t count);
     // -1: above 65535; -2: a service of another continuous frame than that at `frameIndex` has it.
     int checkServiceId(int frameIndex, std::uint32_t id);
-    int checkServiceFrequencyPair(std::uint16_t serviceId, std::uint8_t channelNumber);
+    // Neither the continuous table nor that of `kind` may have the pair already.
+    int checkServiceFrequencyPair(std::uint16_t serviceId, std::uint8_t channelNumber,
+                                  TableKind kind = TableKind::Continuous);
     // -1: the CA system id is there; -2: the service id is. Each only looked at with its flag.
     int checkCaSystem(std::uint16_t caSystemId, std::uint16_t serviceId, bool checkCaId,
                       bool checkServiceId);

@@ -157,6 +157,8 @@ class ConfigModel {
     // Position -1 appends.
     int addServiceFrequency(TableKind kind, const ServiceFrequencyEntry& entry, int position = -1);
     int removeServiceFrequency(TableKind kind, std::size_t index);
+    // Byte 0 of the table's header.
+    int setServiceFrequencyTableId(TableKind kind, std::uint8_t id);
 
     // Opaque blocks and conditional access.
 

@@ -181,11 +181,11 @@ int ConfigModel::removeNeighbourNetwork(std::size_t index) {
 }
 
 ServiceFrequencyTable& ConfigModel::serviceTable(TableKind kind) {
-    return kind == TableKind::ShortTime ? tables_.shortTimeServices : tables_.continuousServices;
+    return tables_.serviceTable(kind);
 }
 
 const ServiceFrequencyTable& ConfigModel::serviceTable(TableKind kind) const {
-    return kind == TableKind::ShortTime ? tables_.shortTimeServices : tables_.continuousServices;
+    return tables_.serviceTable(kind);
 }
 
 int ConfigModel::getServiceFrequency(TableKind kind, std::size_t index,
@@ -207,6 +207,11 @@ int ConfigModel::addServiceFrequency(TableKind kind, const ServiceFrequencyEntry
 
 int ConfigModel::removeServiceFrequency(TableKind kind, std::size_t index) {
     return resultOf(serviceTable(kind).entries.erase(index));
+}
+
+int ConfigModel::setServiceFrequencyTableId(TableKind kind, std::uint8_t id) {
+    serviceTable(kind).header[0] = id;
+    return done;
 }
 
 int ConfigModel::get264Block(ParamBlock264& block) const {

@@ -317,6 +317,13 @@ struct ConfigTables {
         return kind == TableKind::ShortTime ? shortTime : continuous;
     }
 
+    ServiceFrequencyTable& serviceTable(TableKind kind) {
+        return kind == TableKind::ShortTime ? shortTimeServices : continuousServices;
+    }
+    const ServiceFrequencyTable& serviceTable(TableKind kind) const {
+        return kind == TableKind::ShortTime ? shortTimeServices : continuousServices;
+    }
+
     friend std::unique_ptr<ConfigTables> copyOf(const ConfigTables& tables) {
         return std::unique_ptr<ConfigTables>(new ConfigTables(tables));
     }
