@@ -30,6 +30,13 @@ void FormPage::refresh() {
     for (EditListView& list : lists_) list.refill();
 }
 
+// From now on what was stored is what nobody has touched.
+bool FormPage::commit() {
+    if (!exchange_.accept()) return false;
+    exchange_.show();
+    return true;
+}
+
 bool FormPage::onCommand(int id, int notification, HWND control) {
     if (notification == BN_CLICKED && control) exchange_.clicked(id);
     return std::ranges::any_of(lists_, [id](EditListView& list) { return list.onCommand(id); });

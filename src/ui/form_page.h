@@ -17,7 +17,7 @@ class FormPage : public Page {
         : Page(form.dialog()), form_(form), exchange_(form, controls_, prompts) {}
 
     void refresh() override;
-    bool commit() override { return exchange_.accept(); }
+    bool commit() override;
     bool changed() const override { return exchange_.changed(); }
 
   protected:
