@@ -2,6 +2,8 @@
 
 #include "editors/ca_page.h"
 #include "editors/input_channel_page.h"
+#include "editors/network_page.h"
+#include "editors/service_frequency_page.h"
 #include "monitor/monitor_panel.h"
 #include "resources/ids.h"
 
@@ -14,11 +16,13 @@ PageSet makePages(const PageSurroundings& surroundings) {
                   std::make_unique<MonitorPanel>(status),
                   std::make_unique<Page>(IDD_SYSTEM_PAGE),
                   {}};
-    pages.tables.push_back(std::make_unique<Page>(IDD_NETWORK_PAGE));
+    pages.tables.push_back(std::make_unique<NetworkPage>(editing, reveal));
     pages.tables.push_back(std::make_unique<Page>(IDD_FRAME_LIST_PAGE));
-    pages.tables.push_back(std::make_unique<Page>(IDD_SERVICE_FREQUENCY_PAGE));
+    pages.tables.push_back(
+        std::make_unique<ServiceFrequencyPage>(editing, reveal, TableKind::Continuous));
     pages.tables.push_back(std::make_unique<Page>(IDD_FRAME_LIST_PAGE));
-    pages.tables.push_back(std::make_unique<Page>(IDD_SERVICE_FREQUENCY_PAGE));
+    pages.tables.push_back(
+        std::make_unique<ServiceFrequencyPage>(editing, reveal, TableKind::ShortTime));
     pages.tables.push_back(std::make_unique<CaPage>(editing, reveal));
     return pages;
 }
