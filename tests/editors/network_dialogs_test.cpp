@@ -1,0 +1,200 @@
+#include <gtest/gtest.h>
+
+#include "device/device_manager.h"
+#include "host/robot.h"
+#include "panel/main_panel.h"
+#include "resources/ids.h"
+#include "support/configurations.h"
+#include "support/scripted_link.h"
+#include "support/test_host.h"
+#include "ui/controls.h"
+
+namespace korvane {
+namespace {
+
+using host::Robot;
+using Row = std::vector<std::string>;
+
+// The editors in the panel, as an operator meets them.
+class NetworkDialogs : public testing::Test {
+  protected:
+    void SetUp() override {
+        test::editTables(manager_.model(), [](ConfigTables& tables) {
+            NetworkInfo& network = tables.network;
+            network.countryCode = {'C', 'H', 'N'};
+            network.name = "\xD6\xD0\xD1\xEB";  // 中央
+            network.networkNumber = 7;
+            network.level = 2;
+            network.ownFrequency = {21, 1, {}, 47412345};
+            network.otherFrequencies.append({22, 1, {}, 48200000});
+            network.neighbours.append({3, 30, 1, 0, 70000, 52200000});
+            tables.continuousServices.entries.append({100, 21, 0});
+            tables.shortTimeServices.entries.append({200, 22, 0});
+        });
+        ASSERT_TRUE(panel_.create(host_.window()));
+    }
+    void TearDown() override { panel_.destroy(); }
+
+    static void drive(std::function<void(Robot&)> script) {
+        host::RobotThread(std::move(script)).finish();
+    }
+    HWND at(const Robot& r, int id) const { return r.waitControl(panel_.hwnd(), id); }
+    const NetworkInfo& network() { return manager_.model().tables().network; }
+
+    void openTable(const Robot& r, int table) const {
+        r.click(panel_.hwnd(), IDC_SHOW_CONTROL_TABLES);
+        r.selectListBox(at(r, IDC_TABLES), table);
+    }
+    // "number class text" of each control that Tab reaches, in that order; then enters a number one
+    // higher into each edit, and the first item into each drop-down list.
+    static std::string walk(const Robot& r, HWND dialog, bool enter) {
+        std::string all;
+        const HWND first = GetNextDlgTabItem(dialog, nullptr, FALSE);
+        for (HWND one = first; one != first || all.empty();
+             one = GetNextDlgTabItem(dialog, one, FALSE)) {
+            const std::string kind = r.className(one), text = r.text(one);
+            all += std::to_string(GetDlgCtrlID(one)) + ' ' + kind + ' ' + text + '\n';
+            if (enter && kind == "Edit") r.setText(one, std::to_string(std::stoul(text) + 1));
+            if (enter && kind == "ComboBox") r.selectCombo(one, 0);
+        }
+        return all;
+    }
+    static void end(const Robot& r, HWND dialog, int button) {
+        r.click(dialog, button);
+        r.waitGone(dialog);
+        r.settle();
+    }
+    // From the menu of a row; -1 is none.
+    static void choose(const Robot& r, HWND list, int row, const char* text) {
+        r.rightClickRow(list, row);
+        EXPECT_EQ(r.waitPopup().size(), row < 0 ? 1u : 3u);
+        r.choosePopup(text);
+    }
+
+    test::TestHost host_;
+    test::ScriptedLink link_;
+    DeviceManager manager_{link_, "."};
+    HWND window_ = nullptr;
+    MainPanel panel_{manager_, window_};
+};
+
+TEST_F(NetworkDialogs, OpenByMouseMenuAndKeyAndCarryTheirValuesBothWays) {
+    const char* const pair = "业务频点关联配置";
+    const struct {
+        int table, list;
+        const char *caption, *controls;
+        Row row;  // what the entries make of the first one
+    } cases[] = {
+        {0,
+         IDC_FREQUENCY_POINTS,
+         "频点信息",
+         "1009 Edit 22\n1011 Edit 482\n1015 ComboBox 2M\n",
+         {"23", "483", "8M"}},
+        {0,
+         IDC_NEIGHBOURS,
+         "网络信息",
+         "1001 ComboBox 三级\n1045 Edit 70000\n1009 Edit 30\n1054 Edit 522\n1015 ComboBox 2M\n",
+         {"70001", "一级", "31", "523", "8M"}},
+        {2, IDC_PAIRS, pair, "1096 Edit 100\n1009 Edit 21\n", {"101", "22", "无效业务"}},
+        {4, IDC_PAIRS, pair, "1096 Edit 200\n1009 Edit 22\n", {"201", "23", "无效业务"}},
+    };
+    drive([&](Robot& r) {
+        for (const auto& [table, id, caption, controls, row] : cases) {
+            openTable(r, table);
+            const HWND list = at(r, id);
+            r.doubleClickRow(list, 0);
+            const HWND dialog = r.waitDialog(caption);
+            EXPECT_EQ(walk(r, dialog, true),
+                      controls + std::string("1 Button 确定\n2 Button 取消\n"));
+            const HWND name = GetDlgItem(dialog, IDC_NETWORK_NAME);
+            EXPECT_EQ(name && !IsWindowVisible(name), id == IDC_NEIGHBOURS);
+            end(r, dialog, IDOK);
+            choose(r, list, -1, "添加");
+            end(r, r.waitDialog(caption), IDOK);
+            EXPECT_EQ(r.listRows(list).size(), 2u);
+            choose(r, list, 0, "修改");
+            end(r, r.waitDialog(caption), IDCANCEL);
+            host_.run([list] { SetFocus(list); });
+            for (const WORD key : {VK_INSERT, VK_RETURN}) {
+                r.key(list, key);
+                end(r, r.waitDialog(caption), IDCANCEL);
+            }
+            r.key(list, VK_DELETE);
+            r.answer(r.waitBox("请确认删除"), IDNO);
+            choose(r, list, 1, "删除");
+            r.answer(r.waitBox("请确认删除"), IDYES);
+            r.settle();
+            EXPECT_EQ(r.listRows(list), std::vector<Row>{row});
+        }
+    });
+}
+
+TEST_F(NetworkDialogs, ThePagesShowTheirFieldsAndShareTheHeightBetweenTheirLists) {
+    drive([this](Robot& r) {
+        for (const auto& [table, fields] : {std::pair{2, "1088 Edit 3\n1106 SysListView32 \n"},
+                                            {4, "1088 Edit 5\n1106 SysListView32 \n"}}) {
+            openTable(r, table);
+            EXPECT_EQ(walk(r, GetParent(at(r, IDC_PAIRS)), false), fields);
+        }
+        openTable(r, 0);
+        const HWND page = GetParent(at(r, IDC_NETWORK_NUMBER));
+        EXPECT_EQ(walk(r, page, false),
+                  "1034 Edit 1\n1040 Edit CHN\n1001 ComboBox 二级\n1004 Edit 7\n1006 Edit 中央\n"
+                  "1009 Edit 21\n1011 Edit 474\n1015 ComboBox 2M\n"
+                  "1068 SysListView32 \n1075 SysListView32 \n");
+        EXPECT_TRUE(GetWindowLongW(at(r, IDC_NETWORK_TABLE_ID), GWL_STYLE) & ES_READONLY);
+        for (const int height : {500, 1000, 760}) {
+            host_.resize(1200, height);
+            const auto area = [&](int id) { return Control(at(r, id)).area(); };
+            const RECT upper = area(IDC_FREQUENCY_POINTS), lower = area(IDC_NEIGHBOURS);
+            RECT room{};
+            GetClientRect(page, &room);
+            EXPECT_EQ(upper.bottom - upper.top, lower.bottom - lower.top);
+            EXPECT_LE(upper.bottom, area(IDC_NEIGHBOURS_TITLE).top);
+            EXPECT_LE(area(IDC_NEIGHBOURS_TITLE).bottom, lower.top);
+            EXPECT_LE(room.bottom - lower.bottom, 1);
+            EXPECT_TRUE(upper.right == room.right && lower.right == room.right);
+        }
+    });
+}
+
+TEST_F(NetworkDialogs, ARefusedEntryBringsItsPageToTheFront) {
+    drive([this](Robot& r) {
+        openTable(r, 0);
+        const HWND field = at(r, IDC_COUNTRY_CODE);
+        r.setText(field, "CHNA");
+        r.click(panel_.hwnd(), IDC_SHOW_INPUT_CHANNELS);
+        r.click(panel_.hwnd(), IDC_SAVE_TO_DEVICE);
+        const HWND question = r.waitBox("确认要将配置保存到设备?");
+        EXPECT_FALSE(IsWindowVisible(field));
+        r.answer(question, IDYES);
+        const HWND box = r.waitBox("国家码超过3个字符");
+        EXPECT_TRUE(IsWindowVisible(field));
+        r.answer(box, IDOK);
+        r.settle();
+        host_.run([field] { EXPECT_EQ(GetFocus(), field); });
+        EXPECT_EQ(r.send(field, EM_GETSEL), MAKELONG(0, 4)) << "all of it is selected";
+        EXPECT_EQ(r.text(field), "CHNA");
+    });
+    EXPECT_TRUE(link_.sent.empty());
+}
+
+// Once another number was taken, the first one is an entry like any other.
+TEST_F(NetworkDialogs, WhatWasCommittedIsWhatEntriesAreHeldAgainst) {
+    drive([this](Robot& r) {
+        openTable(r, 0);
+        for (const auto& [text, stored] :
+             {std::pair{"474", 47412345u}, {"475", 47500000u}, {"474", 47400000u}}) {
+            r.setText(at(r, IDC_CENTRE_FREQUENCY), text);
+            r.setText(at(r, IDC_NETWORK_NUMBER), "8");
+            r.click(panel_.hwnd(), IDC_EXPORT);
+            const HWND chooser = r.waitDialog("另存为");
+            EXPECT_EQ(network().ownFrequency.centreFrequency, stored);
+            r.command(chooser, IDCANCEL);
+            r.waitGone(chooser);
+        }
+    });
+}
+
+}  // namespace
+}  // namespace korvane
