@@ -78,8 +78,9 @@ TEST_F(InputChannels, AreStoredWithTheirDefaultsOrWithWhatWasEntered) {
             EXPECT_EQ(std::exchange(record.channelId, 0), 1u);
             EXPECT_EQ(bytesOf(record), bytes + (all ? filled : defaults));
         }
-        EXPECT_EQ(ListEditor(list_, prompts_).copied({0}),
-                  std::string(i < 3 ? "0\tRTP" : "0\tUDP") + "\t225.1.2.3:258" + row + "\r\n");
+        std::string shown;
+        for (const std::string& cell : list_.rows()[0]) shown += cell + '\t';
+        EXPECT_EQ(shown, std::string(i < 3 ? "0\tRTP" : "0\tUDP") + "\t225.1.2.3:258" + row + '\t');
         EXPECT_EQ(list_.columns().size(), list_.rows()[0].size());
     }
 }
