@@ -160,21 +160,25 @@ TEST_F(NetworkDialogs, ThePagesShowTheirFieldsAndShareTheHeightBetweenTheirLists
 
 TEST_F(NetworkDialogs, ARefusedEntryBringsItsPageToTheFront) {
     drive([this](Robot& r) {
-        openTable(r, 0);
-        const HWND field = at(r, IDC_COUNTRY_CODE);
-        r.setText(field, "CHNA");
-        r.click(panel_.hwnd(), IDC_SHOW_INPUT_CHANNELS);
-        r.click(panel_.hwnd(), IDC_SAVE_TO_DEVICE);
-        const HWND question = r.waitBox("确认要将配置保存到设备?");
-        EXPECT_FALSE(IsWindowVisible(field));
-        r.answer(question, IDYES);
-        const HWND box = r.waitBox("国家码超过3个字符");
-        EXPECT_TRUE(IsWindowVisible(field));
-        r.answer(box, IDOK);
-        r.settle();
-        host_.run([field] { EXPECT_EQ(GetFocus(), field); });
-        EXPECT_EQ(r.send(field, EM_GETSEL), MAKELONG(0, 4)) << "all of it is selected";
-        EXPECT_EQ(r.text(field), "CHNA");
+        for (const auto& [id, text, message] :
+             {std::tuple{IDC_COUNTRY_CODE, "CHNA", "国家码超过3个字符"},
+              {IDC_NETWORK_NUMBER, "none", "请输入一个整数。"}}) {
+            openTable(r, 0);
+            const HWND field = at(r, id);
+            r.setText(field, text);
+            r.click(panel_.hwnd(), IDC_SHOW_INPUT_CHANNELS);
+            r.click(panel_.hwnd(), IDC_SAVE_TO_DEVICE);
+            const HWND question = r.waitBox("确认要将配置保存到设备?");
+            EXPECT_FALSE(IsWindowVisible(field));
+            r.answer(question, IDYES);
+            const HWND box = r.waitBox(message);
+            EXPECT_TRUE(IsWindowVisible(field));
+            r.answer(box, IDOK);
+            r.settle();
+            host_.run([field] { EXPECT_EQ(GetFocus(), field); });
+            EXPECT_EQ(r.send(field, EM_GETSEL), MAKELONG(0, 4)) << "all of it is selected";
+            EXPECT_EQ(r.text(field), text);
+        }
     });
     EXPECT_TRUE(link_.sent.empty());
 }

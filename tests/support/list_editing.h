@@ -17,7 +17,7 @@ class ListEditing : public EditingFixture {
             else
                 controls.texts[control] = text;
     }
-    // Edits a record, or adds one before it (at the end: row -1). Whether that was taken.
+    // Each answers the dialog that comes up with these entries; whether they were taken.
     bool add(EditList& list, int before, const Entries& entries) {
         forms_.script = {[=](Controls& controls) { put(entries, controls); }};
         return list.add(before);
