@@ -300,6 +300,8 @@ TEST_F(EditListViewTest, ACheckBoxOfThePageEnablesItsControl) {
     const HWND count = GetDlgItem(page_.hwnd(), IDC_SECTION_COUNT);
     for (const bool on : {true, false}) {
         SendMessageW(GetDlgItem(page_.hwnd(), IDC_SEND_TABLE), BM_CLICK, 0, 0);
+        press(VK_INSERT);  // a change of the list leaves what was entered elsewhere
+        EXPECT_TRUE(page_.changed());
         EXPECT_EQ(IsWindowEnabled(count) != FALSE, on);
         EXPECT_TRUE(page_.commit());
         EXPECT_EQ(form_.on, on);

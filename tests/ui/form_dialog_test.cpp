@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include "editors/ca_page.h"
 #include "editors/ca_system_form.h"
 #include "host/robot.h"
 #include "resources/ids.h"
+#include "support/test_host.h"
+#include "ui/modal.h"
 #include "ui/window_prompts.h"
 
 namespace korvane {
@@ -15,21 +18,22 @@ using host::RobotThread;
 
 constexpr const char* caption = "加密授权系统配置";
 
+// The control that has the focus, and in an edit what of its text is selected.
+std::pair<int, std::string> focused(const Robot& r, HWND dialog) {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(dialog, nullptr), &info);
+    DWORD begin = 0, end = 0;
+    r.send(info.hwndFocus, EM_GETSEL, reinterpret_cast<WPARAM>(&begin), &end);
+    return {GetDlgCtrlID(info.hwndFocus), r.text(info.hwndFocus).substr(begin, end - begin)};
+}
+
 class FormDialogTest : public testing::Test {
   protected:
     // Whether the form was accepted by the operator who does what `script` says.
     bool run(const std::function<void(Robot&, HWND)>& script) {
         RobotThread robot([&](Robot& r) { script(r, r.waitDialog(caption)); });
         return WindowFormRunner(prompts_).run(form_);
-    }
-    // The control that has the focus, and in an edit what of its text is selected.
-    static std::pair<int, std::string> focused(Robot& r, HWND dialog) {
-        GUITHREADINFO info{};
-        info.cbSize = sizeof info;
-        GetGUIThreadInfo(GetWindowThreadProcessId(dialog, nullptr), &info);
-        DWORD begin = 0, end = 0;
-        r.send(info.hwndFocus, EM_GETSEL, reinterpret_cast<WPARAM>(&begin), &end);
-        return {GetDlgCtrlID(info.hwndFocus), r.text(info.hwndFocus).substr(begin, end - begin)};
     }
     static void press(HWND dialog, int control, WORD key) {
         PostMessageW(GetDlgItem(dialog, control), WM_KEYDOWN, key, 1);
@@ -105,6 +109,34 @@ TEST_F(FormDialogTest, TheKeyboardReachesEachFieldInItsPlace) {
         EXPECT_EQ(focused(r, dialog).first, IDC_CA_SYSTEM_ID);
         r.click(dialog, IDCANCEL);
     }));
+}
+
+// A save may come while another page shows: this one comes to the front before it complains.
+TEST(FormPage, ARefusedFieldIsShownThenSaidThenReadyToBeMended) {
+    const test::TestHost host;
+    setModalRoot(host.window());
+    const auto model = std::make_unique<ConfigModel>();
+    WindowPrompts prompts;
+    WindowFormRunner forms(prompts);
+    CaPage page({*model, prompts, forms}, [&page] { page.show(true); });
+    ASSERT_TRUE(page.create(host.window()));
+    const HWND count = GetDlgItem(page.hwnd(), IDC_SECTION_COUNT);
+    SetWindowTextW(count, L"256");
+    EXPECT_TRUE(page.changed());
+    RobotThread robot([&](Robot& r) {
+        const HWND box = r.waitBox("请输入 0 和 255 之间的整数。");
+        EXPECT_EQ(GetWindow(box, GW_OWNER), host.window());
+        EXPECT_TRUE(IsWindowVisible(page.hwnd()));
+        r.answer(box, IDOK);
+    });
+    EXPECT_FALSE(page.commit());
+    robot.finish();
+    EXPECT_EQ(focused(Robot(GetCurrentThreadId()), page.hwnd()),
+              std::pair(IDC_SECTION_COUNT, std::string("256")));
+    SetWindowTextW(count, L"3");
+    EXPECT_TRUE(page.commit());
+    EXPECT_EQ(model->tables().caDescriptions.sectionCount, 3);
+    setModalRoot(nullptr);
 }
 
 }  // namespace
