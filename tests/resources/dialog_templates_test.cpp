@@ -215,7 +215,7 @@ TEST_F(DialogTemplates, NumberTheirControlsOnce) {
     }
 }
 
-TEST_F(DialogTemplates, HaveADefaultButtonAndEndByEscape) {
+TEST_F(DialogTemplates, HaveADefaultButtonLeftOfCancelAndEndByEscape) {
     for (const auto& [id, dialog] : modalOnes()) {
         Controls defaults = visibleOf(dialog);
         std::erase_if(defaults, [](HWND control) {
@@ -224,7 +224,10 @@ TEST_F(DialogTemplates, HaveADefaultButtonAndEndByEscape) {
         EXPECT_TRUE(defaults.size() == 1 && GetDlgCtrlID(defaults[0]) == IDOK) << id;
         // Escape is the system's business, unless a button that is out of use stands against it.
         const HWND cancel = GetDlgItem(dialog, IDCANCEL);
-        EXPECT_TRUE(!cancel || (styleOf(cancel) & (WS_VISIBLE | WS_DISABLED)) == WS_VISIBLE) << id;
+        if (!cancel) continue;
+        EXPECT_EQ(styleOf(cancel) & (WS_VISIBLE | WS_DISABLED), WS_VISIBLE) << id;
+        const RECT left = areaOf(GetDlgItem(dialog, IDOK)), right = areaOf(cancel);
+        EXPECT_TRUE(left.right < right.left && left.top == right.top) << id;
     }
 }
 

@@ -79,18 +79,6 @@ TEST_F(FormDialogTest, ARefusalIsSaidOverTheDialogAndGoesBackToItsField) {
     }));
 }
 
-TEST_F(FormDialogTest, HasItsDefaultButtonLeftOfCancel) {
-    EXPECT_FALSE(run([](Robot& r, HWND dialog) {
-        EXPECT_EQ(r.boxDefault(dialog), IDOK);
-        RECT ok{}, cancel{};
-        GetWindowRect(GetDlgItem(dialog, IDOK), &ok);
-        GetWindowRect(GetDlgItem(dialog, IDCANCEL), &cancel);
-        EXPECT_LT(ok.right, cancel.left);
-        EXPECT_EQ(ok.top, cancel.top);
-        r.close(dialog);
-    }));
-}
-
 // Tab goes through all fields from above, and then to the buttons.
 TEST_F(FormDialogTest, TheKeyboardReachesEachFieldInItsPlace) {
     constexpr std::pair<int, const char*> stops[] = {{IDC_CA_SYSTEM_ID, "7"},
