@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "editors/editing.h"
 #include "forms/edit_list.h"
 
@@ -10,8 +12,8 @@ class ChannelList : public EditList {
   public:
     explicit ChannelList(const Editing& editing) : editing_(editing) {}
 
-    // Other columns and other rows.
-    void select(ChannelType type) { type_ = type; }
+    // Other columns and other rows; false when it is selected already.
+    bool select(ChannelType type) { return std::exchange(type_, type) != type; }
 
     std::vector<ListColumn> columns() const override;
     std::vector<ListRow> rows() const override;

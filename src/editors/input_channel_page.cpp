@@ -37,11 +37,10 @@ bool InputChannelPage::onCommand(int id, int notification, HWND) {
     return notification == LBN_SELCHANGE;
 }
 
+// A click on the selected type is no change: the list stays as it is.
 void InputChannelPage::selectType() {
     const int type = control<ListBox>(IDC_CHANNEL_TYPES).selected();
-    if (type < 0) return;
-    channels_.select(static_cast<ChannelType>(type));
-    view_.rebuild();
+    if (type >= 0 && channels_.select(static_cast<ChannelType>(type))) view_.rebuild();
 }
 
 std::optional<LRESULT> InputChannelPage::onNotify(const NMHDR& header) {

@@ -142,6 +142,9 @@ TEST_F(InputChannelPageTest, IsEditedByMenuAndKeys) {
         r.key(list_, VK_RETURN);
         leave(r, dra, IDOK, "4");
         EXPECT_EQ(channels[0].port * 10 + channels[1].port, 42);
+        r.selectRow(list_, 1);
+        r.selectListBox(types_, dra);
+        EXPECT_EQ(r.listSelection(list_), 1) << "still of the same type";
         for (const BYTE state : {0x80, 0}) {
             std::array<BYTE, 256> keys{};
             keys[VK_CONTROL] = state;

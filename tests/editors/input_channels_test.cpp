@@ -114,11 +114,11 @@ TEST_F(InputChannels, AreRefusedInThisOrderWhereTheFaultStands) {
 
 // Not even what no control can show, nor an address that a new channel could not have.
 TEST_F(InputChannels, EditingKeepsWhatNobodyTouched) {
-    const std::string modes[] = {"RTP", "RTP", "RTP", "TCP", "UDP", "UDP", "TCP", "TCP"};
+    const std::string modes[] = {"RTP", "RTP", "RTP", "TCP", "UDP", "UDP", "TCP", "UDP"};
     for (std::uint8_t type = 0; type < limits::channelTypes; ++type) {
         InputChannelRecord record{};
         std::memset(&record, 0xA5, sizeof record);
-        record.receiveMode = 0;
+        record.receiveMode = type == 7;
         record.type = type;
         record.audioParametersGiven = 1;
         model_->resetModel();
