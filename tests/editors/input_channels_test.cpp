@@ -78,10 +78,11 @@ TEST_F(InputChannels, AreStoredWithTheirDefaultsOrWithWhatWasEntered) {
             EXPECT_EQ(std::exchange(record.channelId, 0), 1u);
             EXPECT_EQ(bytesOf(record), bytes + (all ? filled : defaults));
         }
+        const ListRow cells = list_.rows()[0];
         std::string shown;
-        for (const std::string& cell : list_.rows()[0]) shown += cell + '\t';
+        for (const std::string& cell : cells) shown += cell + '\t';
         EXPECT_EQ(shown, std::string(i < 3 ? "0\tRTP" : "0\tUDP") + "\t225.1.2.3:258" + row + '\t');
-        EXPECT_EQ(list_.columns().size(), list_.rows()[0].size());
+        EXPECT_EQ(list_.columns().size(), cells.size());
     }
 }
 
