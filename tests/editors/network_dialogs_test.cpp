@@ -194,8 +194,7 @@ TEST_F(NetworkDialogs, WhatWasCommittedIsWhatEntriesAreHeldAgainst) {
             r.click(panel_.hwnd(), IDC_EXPORT);
             const HWND chooser = r.waitDialog("另存为");
             EXPECT_EQ(network().ownFrequency.centreFrequency, stored);
-            r.command(chooser, IDCANCEL);
-            r.waitGone(chooser);
+            end(r, chooser, IDCANCEL);
         }
     });
 }
