@@ -116,15 +116,20 @@ POINT EditListView::placeOfSelection() const {
     return place;
 }
 
+void EditListView::leaveOffered(HMENU items) const {
+    const EditList::Offer offer = editor_.offer(view().allSelected());
+    if (!offer.add) DeleteMenu(items, static_cast<UINT>(menu_.add), MF_BYCOMMAND);
+    if (!offer.edit) DeleteMenu(items, static_cast<UINT>(menu_.edit), MF_BYCOMMAND);
+    if (!offer.remove) DeleteMenu(items, static_cast<UINT>(menu_.remove), MF_BYCOMMAND);
+}
+
 // The command comes to the dialog as that of any menu.
 void EditListView::showMenu(POINT where) {
     const std::unique_ptr<HMENU, DestroyMenuHandle> menu(
         LoadMenuW(moduleInstance(), MAKEINTRESOURCEW(menu_.menu)));
     const HMENU items = GetSubMenu(menu.get(), 0);
-    const EditList::Offer offer = editor_.offer(view().allSelected());
-    if (!offer.add) DeleteMenu(items, static_cast<UINT>(menu_.add), MF_BYCOMMAND);
-    if (!offer.edit) DeleteMenu(items, static_cast<UINT>(menu_.edit), MF_BYCOMMAND);
-    if (!offer.remove) DeleteMenu(items, static_cast<UINT>(menu_.remove), MF_BYCOMMAND);
+    leaveOffered(items);
+    if (GetMenuItemCount(items) == 0) return;
     const ModalScope scope(ModalScope::Shows::Menu);
     TrackPopupMenu(items, TPM_RIGHTBUTTON, where.x, where.y, 0, dialog_, nullptr);
     scope.check();

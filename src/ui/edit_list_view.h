@@ -40,6 +40,7 @@ class EditListView {
   private:
     void onDoubleClick(int row);
     bool onKey(const NMLVKEYDOWN& key);
+    void leaveOffered(HMENU items) const;
     void showMenu(POINT where);
     void refillIf(bool changed);
     POINT placeOfSelection() const;

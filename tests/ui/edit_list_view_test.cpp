@@ -59,6 +59,13 @@ class LettersPage : public FormPage {
     LettersPage(Form& form, EditList& list, Prompts& prompts) : FormPage(form, prompts) {
         addList(list, prompts, IDC_CA_SYSTEMS, secondListMenu);
     }
+    int menus = 0;
+
+  protected:
+    std::optional<INT_PTR> onMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
+        menus += message == WM_ENTERMENULOOP;
+        return FormPage::onMessage(message, wParam, lParam);
+    }
 };
 
 class EditListViewTest : public testing::Test {
@@ -159,6 +166,9 @@ TEST_F(EditListViewTest, TheMenuOffersWhatTheSelectionAllows) {
         list_.select(1);
         EXPECT_EQ(menu([&] { press(VK_F10, VK_SHIFT, WM_SYSKEYDOWN); }), items);
     }
+    letters_.withRow = {};
+    rightClick(2);
+    EXPECT_EQ(page_.menus, 8) << "none with nothing in it";
     EXPECT_EQ(menu([&] {
                   list_.select(-1);
                   rightClick(-1);
