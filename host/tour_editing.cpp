@@ -94,10 +94,8 @@ void removeRow(Tour& tour, HWND list, int row) {
 }
 
 void expectRow(Tour& tour, HWND list, int row, const Cells& cells) {
-    const auto rows = tour.robot().listRows(list);
-    const auto index = static_cast<std::size_t>(row);
-    tour.expect(index < rows.size() && rows[index] == cells,
-                "the row does not show " + joined(cells));
+    const std::string shown = joined(tour.robot().listRows(list).at(static_cast<std::size_t>(row)));
+    tour.expect(shown == joined(cells), "another row than " + joined(cells) + ": " + shown);
     tour.note(joined(cells));
 }
 
