@@ -6,6 +6,36 @@ namespace korvane::host {
 
 namespace {
 
+enum ChannelControl : int {
+    showInputChannels = 21,
+    channelTypes = 1000,
+    channels = 1005,
+    channelAddress = 1010,
+    payloadType = 1032,
+    port = 1021,
+    frameRate = 1109,
+    frameRateGiven = 1110,
+};
+constexpr FormVisit videoChannel = {"视频通道参数配置", "1041-video-channel"};
+constexpr int dataBroadcast = 6;  // of the types
+
+enum NetworkControl : int {
+    networkLevel = 1001,
+    networkName = 1006,
+    channelNumber = 1009,
+    centreFrequency = 1011,
+    bandwidth = 1015,
+    neighbourNumber = 1045,
+    neighbourFrequency = 1054,
+    frequencyPoints = 1068,
+    neighbours = 1075,
+    pairServiceId = 1096,
+    pairs = 1106,
+};
+constexpr FormVisit frequencyPoint = {"频点信息", "1056-frequency-point"};
+constexpr FormVisit neighbourNetwork = {"网络信息", "1059-neighbour-network"};
+constexpr FormVisit serviceFrequency = {"业务频点关联配置", "1002-service-frequency"};
+
 enum CaControl : int {
     ecmUnitType = 1016,
     emmUnitType = 1013,
@@ -18,6 +48,59 @@ enum CaControl : int {
 constexpr FormVisit caSystem = {"加密授权系统配置", "1095-ca-system"};
 
 }  // namespace
+
+void editChannels(Tour& tour) {
+    HWND list = tour.robot().waitControl(openPage(tour, showInputChannels), channels);
+    HWND form = openNew(tour, list, videoChannel);
+    refuse(tour, form, {{channelAddress, "239.1.10.1"}, {port, "5000"}, {payloadType, "96"}},
+           "已有相同IP和端口的输入通道!", "refusal-channel-address");
+    accept(tour, form, videoChannel,
+           {{channelAddress, "239.1.10.50"},
+            {port, "5050"},
+            {frameRateGiven, "1"},
+            {frameRate, "30Hz"}});
+    expectRow(tour, list, 7, {"7", "RTP", "239.1.10.50:5050", "H.264"});
+    tour.picture(tour.host(), "1003-input-channels-edited");
+    tour.robot().selectListBox(onPage(tour, channelTypes), dataBroadcast);
+    removeRow(tour, list, lastRow(tour, list));
+}
+
+// What is typed into the page itself is taken when another one is opened.
+void editNetwork(Tour& tour) {
+    tour.robot().fill(openTable(tour, "网络信息表"), {{networkName, "端到端测试网"}});
+    tour.note("端到端测试网");
+}
+
+void editFrequencyPoints(Tour& tour) {
+    HWND list = onPage(tour, frequencyPoints);
+    HWND form = openNew(tour, list, frequencyPoint);
+    refuse(tour, form, {{channelNumber, "16"}, {centreFrequency, "666"}, {bandwidth, "2M"}},
+           "已有相同频道", "refusal-frequency-point");
+    accept(tour, form, frequencyPoint, {{channelNumber, "30"}});
+    expectRow(tour, list, 3, {"30", "666", "2M"});
+    removeRow(tour, list, 1);
+}
+
+void addNeighbourNetwork(Tour& tour) {
+    HWND list = onPage(tour, neighbours);
+    accept(tour, openNew(tour, list, neighbourNetwork), neighbourNetwork,
+           {{networkLevel, "二级"},
+            {neighbourNumber, "12"},
+            {channelNumber, "44"},
+            {neighbourFrequency, "762"}});
+    expectRow(tour, list, 2, {"12", "二级", "44", "762", "8M"});
+    tour.picture(tour.host(), "1036-0-1047-network-information-edited");
+}
+
+void editServiceFrequencies(Tour& tour) {
+    openTable(tour, "持续业务配置表");
+    HWND list = onPage(tour, pairs);
+    accept(tour, openNew(tour, list, serviceFrequency), serviceFrequency,
+           {{pairServiceId, "103"}, {channelNumber, "24"}});
+    removeRow(tour, list, 12);
+    expectRow(tour, list, 13, {"103", "24", "2"});
+    tour.picture(tour.host(), "1036-2-1052-continuous-services-edited");
+}
 
 void addCaSystem(Tour& tour) {
     openTable(tour, "加密授权描述表");

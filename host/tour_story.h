@@ -6,6 +6,11 @@ class Tour;
 
 // The operator edits the sample configuration of a simulated device: what the save then brings
 // there, scripts/tour_story.py knows byte by byte.
+void editChannels(Tour& tour);
+void editNetwork(Tour& tour);
+void editFrequencyPoints(Tour& tour);
+void addNeighbourNetwork(Tour& tour);
+void editServiceFrequencies(Tour& tour);
 void addCaSystem(Tour& tour);
 void editCaSystem(Tour& tour);
 void removeCaSystem(Tour& tour);

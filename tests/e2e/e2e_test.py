@@ -35,6 +35,9 @@ PICTURES = """
     1076-monitoring-1084-frame-structure 1076-monitoring-1080-service-list
     1076-monitoring-1089-graphic-monitor 1076-monitoring-alarms 1076-monitoring-lost-link
     file-dialog-export
+    1003-input-channels-edited 1041-video-channel refusal-channel-address
+    1036-0-1047-network-information-edited 1056-frequency-point refusal-frequency-point
+    1059-neighbour-network 1036-2-1052-continuous-services-edited 1002-service-frequency
     1095-ca-system refusal-unit-type question-delete 1036-5-1092-conditional-access-edited
     message-exported file-dialog-import question-import-network message-imported question-restore
     question-save 1023-progress-save question-reboot 1028-about host-disconnected
