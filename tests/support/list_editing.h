@@ -17,14 +17,10 @@ class ListEditing : public EditingFixture {
             else
                 controls.texts[control] = text;
     }
-    // Each answers the dialog that comes up with these entries; whether they were taken.
-    bool add(EditList& list, int before, const Entries& entries) {
+    // The list, of which the next dialog is answered with these entries.
+    EditList& entering(const Entries& entries, EditList& list) {
         forms_.script = {[=](Controls& controls) { put(entries, controls); }};
-        return list.add(before);
-    }
-    bool edit(EditList& list, int row, const Entries& entries) {
-        forms_.script = {[=](Controls& controls) { put(entries, controls); }};
-        return list.edit(row);
+        return list;
     }
     void expectRefused(bool taken, int focus, const std::string& message) {
         EXPECT_FALSE(taken) << message;
