@@ -117,26 +117,27 @@ TEST_F(NetworkDialogs, OpenByMouseMenuAndKeyAndCarryTheirValuesBothWays) {
 }
 
 TEST_F(NetworkDialogs, ThePagesShowTheirFieldsAndShareTheHeightBetweenTheirLists) {
-    host::RobotThread robot([this](Robot& r) {
-        for (const auto& [table, id] : {std::pair{2, "1088 Edit 3\n"}, {4, "1088 Edit 5\n"}}) {
+    const std::tuple<int, int, const char*> pages[] = {
+        {2, IDC_PAIRS, "1088 Edit 3\n1106 SysListView32 \n"},
+        {4, IDC_PAIRS, "1088 Edit 5\n1106 SysListView32 \n"},
+        {0, IDC_NETWORK_NAME,
+         "1034 Edit 1\n1040 Edit CHN\n1001 ComboBox 二级\n1004 Edit 0\n1006 Edit 中央\n"
+         "1009 Edit 21\n1011 Edit 474\n1015 ComboBox 2M\n"
+         "1068 SysListView32 \n1075 SysListView32 \n"},
+    };
+    host::RobotThread robot([&](Robot& r) {
+        for (const auto& [table, id, fields] : pages) {
             openTable(r, table);
-            const std::string fields = walk(r, GetParent(at(r, IDC_PAIRS)), false);
-            EXPECT_EQ(fields, id + std::string("1106 SysListView32 \n"));
+            EXPECT_EQ(walk(r, GetParent(at(r, id)), false), fields);
         }
-        openTable(r, 0);
-        const HWND page = GetParent(at(r, IDC_NETWORK_NUMBER));
-        EXPECT_EQ(walk(r, page, false),
-                  "1034 Edit 1\n1040 Edit CHN\n1001 ComboBox 二级\n1004 Edit 0\n1006 Edit 中央\n"
-                  "1009 Edit 21\n1011 Edit 474\n1015 ComboBox 2M\n"
-                  "1068 SysListView32 \n1075 SysListView32 \n");
         EXPECT_TRUE(GetWindowLongW(at(r, IDC_NETWORK_TABLE_ID), GWL_STYLE) & ES_READONLY);
+        const auto area = [&](int id) { return Control(at(r, id)).area(); };
         for (const int height : {500, 1000, 760}) {
             host_.resize(1200, height);
-            const auto area = [&](int id) { return Control(at(r, id)).area(); };
-            const RECT upper = area(IDC_FREQUENCY_POINTS), lower = area(IDC_NEIGHBOURS),
-                       title = area(IDC_NEIGHBOURS_TITLE);
+            const RECT upper = area(IDC_FREQUENCY_POINTS), title = area(IDC_NEIGHBOURS_TITLE),
+                       lower = area(IDC_NEIGHBOURS);
             RECT room{};
-            GetClientRect(page, &room);
+            GetClientRect(GetParent(at(r, IDC_NEIGHBOURS)), &room);
             EXPECT_EQ(upper.bottom - upper.top, lower.bottom - lower.top);
             EXPECT_TRUE(upper.bottom <= title.top && title.bottom <= lower.top);
             EXPECT_TRUE(upper.right == room.right && lower.right == room.right);

@@ -25,7 +25,6 @@ std::unique_ptr<ConfigModel> occupiedModel() {
         tables.continuous.frames.append(test::frame(4, {test::service(1, 200)}));
         tables.shortTime.frames.append(test::frame(9, {test::service(1, 900)}));
         tables.continuousServices.entries.append({100, 21, 0});
-        tables.shortTimeServices.entries.append({200, 21, 0});
         tables.caDescriptions.entries.append({11, 100, 128, 129, 0, 0});
         tables.caDescriptions.entries.append({12, 200, 128, 129, 0, 0});
         tables.network.ownFrequency.channelNumber = 21;
@@ -100,9 +99,6 @@ INSTANTIATE_TEST_SUITE_P(
         CHECK_CASE(checkServiceFrequencyPair(100, 22), 0, ""),
         CHECK_CASE(checkServiceFrequencyPair(101, 21), 0, ""),
         CHECK_CASE(checkServiceFrequencyPair(100, 21), -1, "已有相同的业务标识和频道号对"),
-        CHECK_CASE(checkServiceFrequencyPair(200, 21), 0, ""),
-        CHECK_CASE(checkServiceFrequencyPair(200, 21, TableKind::ShortTime), -1,
-                   "已有相同的业务标识和频道号对"),
         CHECK_CASE(checkCaSystem(13, 300, true, true), 0, ""),
         CHECK_CASE(checkCaSystem(12, 300, true, true), -1, "已有相同的CA System ID"),
         CHECK_CASE(checkCaSystem(13, 200, true, true), -2, "已有相同的业务标识"),
