@@ -74,10 +74,11 @@ ServiceRecord makeService(const ServicePlan& plan, std::uint8_t subFrameNumber,
     constexpr std::uint8_t encapsulationMode1 = 1;
     ServiceRecord service;
     service.subFrameNumber = subFrameNumber;
-    service.serviceByte1 = plan.scrambled ? 1 : 0;
+    service.scrambled = plan.scrambled ? 1 : 0;
     service.serviceId = plan.id;
     service.description = description(plan.id, plan.name);
-    service.parameters = {plan.type, encapsulationMode1, 0};
+    service.type = plan.type;
+    service.encapsulation = encapsulationMode1;
     service.bandwidth = plan.bandwidth;
     for (const Feed& feed : plan.feeds) service.components.append(feedRecord(channels, feed));
     return service;

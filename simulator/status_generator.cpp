@@ -94,7 +94,7 @@ StatusGenerator::SubFrame StatusGenerator::makeSubFrame(const ServiceRecord& ser
     constexpr std::array<double, 3> packetSizes = {1180, 372, 1316};
     SubFrame subFrame{service.subFrameNumber, service.serviceId, service.bandwidth, 0, {}, 0};
     const double bandwidth = service.bandwidth * share;
-    const bool makesGuide = service.parameters[0] == esgService && service.parameters[2] == 1;
+    const bool makesGuide = service.type == esgService && service.esgInternal == 1;
     if (service.components.empty()) {
         subFrame.internalBps = isControlFrame || makesGuide ? bandwidth * usualLevel : 0;
         return subFrame;

@@ -137,13 +137,13 @@ void decodeNetwork(const NetworkBlock& block, NetworkInfo& network) {
 
 void encodeService(const ServiceRecord& service, ServiceSlot& slot) {
     slot.head = {service.subFrameNumber,
-                 service.serviceByte1,
+                 service.scrambled,
                  service.serviceId,
                  service.serviceId,
                  static_cast<std::uint16_t>(service.components.size()),
-                 service.parameters[1],
-                 service.parameters[0],
-                 service.parameters[2],
+                 service.encapsulation,
+                 service.type,
+                 service.esgInternal,
                  0};
     slot.components = service.components.slots();
     slot.bandwidth = service.bandwidth;
@@ -152,11 +152,13 @@ void encodeService(const ServiceRecord& service, ServiceSlot& slot) {
 void decodeService(const ServiceSlot& slot, ServiceRecord& service) {
     const ServiceHead& head = slot.head;
     service.subFrameNumber = head.subFrameNumber;
-    service.serviceByte1 = head.serviceByte1;
+    service.scrambled = head.scrambled;
     service.serviceId = head.serviceIdAgain;
     service.description = {};
     service.carried = {};
-    service.parameters = {head.firstParameter, head.secondParameter, head.thirdParameter};
+    service.type = head.type;
+    service.encapsulation = head.encapsulation;
+    service.esgInternal = head.esgInternal;
     service.components.assign(slot.components, head.componentCount);
     service.bandwidth = slot.bandwidth;
 }

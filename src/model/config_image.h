@@ -53,16 +53,16 @@ static_assert(sizeof(NetworkBlock) == 624 && offsetof(NetworkBlock, networkNumbe
 
 struct ServiceHead {  // the first 12 bytes of a service slot
     std::uint8_t subFrameNumber;
-    std::uint8_t serviceByte1;
+    std::uint8_t scrambled;
     std::uint16_t serviceId;       // big-endian on the wire
     std::uint16_t serviceIdAgain;  // likewise; where the two differ, this one counts
     std::uint16_t componentCount;  // 0-8, big-endian on the wire
-    std::uint8_t secondParameter;  // the record's order is first, second, third
-    std::uint8_t firstParameter;
-    std::uint8_t thirdParameter;
+    std::uint8_t encapsulation;
+    std::uint8_t type;
+    std::uint8_t esgInternal;
     std::uint8_t reserved;
 };
-static_assert(sizeof(ServiceHead) == 12 && offsetof(ServiceHead, secondParameter) == 8);
+static_assert(sizeof(ServiceHead) == 12 && offsetof(ServiceHead, encapsulation) == 8);
 
 struct ServiceSlot {  // 976 bytes
     ServiceHead head;

@@ -91,11 +91,15 @@ class ConfigModel {
     int clearChannels(std::size_t type);
     // The record's type byte selects the list.
     int updateChannel(std::size_t index, const InputChannelRecord& record);
-    // The channels of a type that the services of a frame may use, in list order: with frame id 255
-    // all of them, else those that no service of a frame with another id, of either table, has as a
-    // component. Two are the same when their first 12 bytes are.
-    static constexpr std::uint8_t anyFrame = 255;
-    FlatChannelList candidateChannels(std::size_t type, std::uint8_t frameId) const;
+    // Where a frame stands; index -1 for one not yet stored.
+    struct FramePlace {
+        TableKind kind;
+        int index;
+        bool operator==(const FramePlace&) const = default;
+    };
+    // The channels of a type that no other frame uses, of either table, in list order: those that
+    // the services of this frame may.
+    FlatChannelList candidateChannels(std::size_t type, const FramePlace& frame) const;
 
     // Network.
 
@@ -177,6 +181,7 @@ class ConfigModel {
     struct Demand;
 
     void rebuildFlatChannels();
+    bool usedElsewhere(const InputChannelRecord& channel, const FramePlace& place) const;
     std::uint32_t nextChannelId() const;
     std::filesystem::path cacheFile() const;
 

@@ -116,18 +116,22 @@ int ConfigModel::updateChannel(std::size_t index, const InputChannelRecord& reco
     return done;
 }
 
-FlatChannelList ConfigModel::candidateChannels(std::size_t type, std::uint8_t frameId) const {
+FlatChannelList ConfigModel::candidateChannels(std::size_t type, const FramePlace& place) const {
     FlatChannelList candidates;
     if (type >= channels_.size()) return candidates;
-    const auto takenElsewhere = [this, frameId](const InputChannelRecord& channel) {
-        for (const MultiplexTable* table : {&tables_.continuous, &tables_.shortTime})
-            for (const MultiplexFrame& frame : table->frames)
-                if (frame.id != frameId && usesStream(frame, channel)) return true;
-        return false;
-    };
     for (const InputChannelRecord& channel : channels_[type])
-        if (frameId == anyFrame || !takenElsewhere(channel)) candidates.append(channel);
+        if (!usedElsewhere(channel, place)) candidates.append(channel);
     return candidates;
+}
+
+bool ConfigModel::usedElsewhere(const InputChannelRecord& channel, const FramePlace& place) const {
+    for (const TableKind kind : {TableKind::Continuous, TableKind::ShortTime}) {
+        const auto& frames = tables_.table(kind).frames;
+        for (std::size_t i = 0; i < frames.size(); ++i)
+            if (FramePlace{kind, static_cast<int>(i)} != place && usesStream(frames[i], channel))
+                return true;
+    }
+    return false;
 }
 
 int ConfigModel::getNetworkInfo(NetworkInfo& info) const {

@@ -151,14 +151,19 @@ static_assert(sizeof(ServiceDescription) == 1046 && offsetof(ServiceDescription,
               offsetof(ServiceDescription, provider) == 264 &&
               offsetof(ServiceDescription, carried1044) == 1044);
 
+// 业务类型; 0 is shown and stored as Media.
+enum class ServiceType : std::uint8_t { Media = 1, Dra = 2, Esg = 3, Emm = 4, Data = 5 };
+
 // One service, in one sub-frame of a multiplex frame.
 struct ServiceRecord {
     std::uint8_t subFrameNumber = 0;
-    std::uint8_t serviceByte1 = 0;
+    std::uint8_t scrambled = 0;   // 1: 加扰
     std::uint16_t serviceId = 0;  // 业务标识, unique in the continuous table
     ServiceDescription description{};
-    std::array<std::uint8_t, 4> carried{};     // no place in image or file: lives with the record
-    std::array<std::uint8_t, 3> parameters{};  // first, second, third; type is among them
+    std::array<std::uint8_t, 4> carried{};  // no place in image or file: lives with the record
+    std::uint8_t type = 0;                  // ServiceType
+    std::uint8_t encapsulation = 0;         // 封装模式: 1 is 模式1, 0 is 模式2
+    std::uint8_t esgInternal = 0;           // 1: the device makes the ESG itself
     BoundedList<InputChannelRecord, limits::components> components;
     std::uint32_t bandwidth = 0;  // 带宽限制, bit/s
     bool operator==(const ServiceRecord&) const = default;

@@ -95,7 +95,9 @@ TEST_P(EachLayout, IsReadFromItsPlaces) {
     const ServiceRecord& service = second.services.back();
     EXPECT_EQ(service.subFrameNumber, 8);
     EXPECT_EQ(service.serviceId, 300);
-    EXPECT_EQ(service.parameters, (std::array<std::uint8_t, 3>{0xB1, 0xB2, 0xB3}));
+    EXPECT_EQ(service.type, 0xB1);
+    EXPECT_EQ(service.encapsulation, 0xB2);
+    EXPECT_EQ(service.esgInternal, 0xB3);
     EXPECT_EQ(service.components[0].port, 5000);
     EXPECT_EQ(service.components[0].address[3], 9);
     EXPECT_EQ(service.bandwidth, 400000u);

@@ -53,8 +53,10 @@ TEST(ConfigImage, FramesServicesAndComponentsStandWhereTheDeviceReadsThem) {
     auto tables = std::make_unique<ConfigTables>();
     tables->continuous.header = {2, 21, 0x40};
     ServiceRecord record = test::service(1, 0x0102);
-    record.serviceByte1 = 0x0F;
-    record.parameters = {0xA1, 0xA2, 0xA3};
+    record.scrambled = 0x0F;
+    record.type = 0xA1;
+    record.encapsulation = 0xA2;
+    record.esgInternal = 0xA3;
     record.bandwidth = 0x00061A80;  // 400 kbit/s
     InputChannelRecord component = test::channel(ChannelType::Video, 9, 0x1388);
     component.position = 3;

@@ -248,9 +248,10 @@ TEST_F(Store, CandidatesAreTheChannelsThatNoOtherFrameUses) {
     };
     ASSERT_EQ(model_->addFrame(continuous, test::frame(1, {uses(0)})), 0);
     ASSERT_EQ(model_->addFrame(shortTime, test::frame(2, {uses(1)})), 0);
-    const auto octets = [this](std::uint8_t frameId) {
+    const auto octets = [this](TableKind kind, int frame) {
         std::vector<int> result;
-        for (const auto& c : model_->candidateChannels(0, frameId)) result.push_back(c.address[3]);
+        for (const auto& c : model_->candidateChannels(0, {kind, frame}))
+            result.push_back(c.address[3]);
         return result;
     };
     // A channel at the front moves the others, and with them their positions.
@@ -260,12 +261,11 @@ TEST_F(Store, CandidatesAreTheChannelsThatNoOtherFrameUses) {
             if (front) rest.insert(rest.begin(), front);
             return rest;
         };
-        EXPECT_EQ(octets(255), expected({1, 2, 3}));
-        EXPECT_EQ(octets(1), expected({1, 3}));
-        EXPECT_EQ(octets(2), expected({2, 3}));
-        EXPECT_EQ(octets(9), expected({3}));
+        EXPECT_EQ(octets(continuous, 0), expected({1, 3}));
+        EXPECT_EQ(octets(shortTime, 0), expected({2, 3}));
+        EXPECT_EQ(octets(continuous, -1), expected({3}));
     }
-    EXPECT_TRUE(model_->candidateChannels(8, 255).empty());
+    EXPECT_TRUE(model_->candidateChannels(8, {continuous, -1}).empty());
 }
 
 TEST(Streams, AreTheSameByModeAddressPortAndWhatLiesBetween) {

@@ -28,9 +28,9 @@ class Sample : public testing::Test {
     }
     void checkService(const MultiplexFrame& frame, const ServiceRecord& service) {
         EXPECT_TRUE(ids_.insert(service.serviceId).second) << service.serviceId;
-        if (service.serviceByte1 == 1) scrambled_.insert(service.serviceId);
-        EXPECT_GE(service.parameters[0], 1);
-        EXPECT_LE(service.parameters[0], 5);
+        if (service.scrambled == 1) scrambled_.insert(service.serviceId);
+        EXPECT_GE(service.type, 1);
+        EXPECT_LE(service.type, 5);
         EXPECT_EQ(service.components.empty(), frame.id == 0) << service.serviceId;
         for (const InputChannelRecord& component : service.components)
             EXPECT_NE(std::ranges::find(channels_, component), channels_.end());
