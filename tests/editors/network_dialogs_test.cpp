@@ -36,6 +36,7 @@ class NetworkDialogs : public testing::Test {
 
     void openTable(const Robot& r, int table) const {
         r.click(panel_.hwnd(), IDC_SHOW_CONTROL_TABLES);
+        r.settle();  // the page that shows before it has a list of the same number
         r.selectListBox(at(r, IDC_TABLES), table);
     }
     // "number class text" of each control that Tab reaches, in that order; then enters a number one
