@@ -27,7 +27,9 @@ bool ListEditor::edit(const Selection& selection) {
 
 // Each row that goes moves those behind it up.
 bool ListEditor::remove(const Selection& selection) {
-    if (!offer(selection).remove || !prompts_.confirm("请确认删除")) return false;
+    if (!offer(selection).remove) return false;
+    if (!list_.asksBeforeRemoval()) return list_.remove(firstOf(selection));
+    if (!prompts_.confirm("请确认删除")) return false;
     int removed = 0;
     for (const int row : selection)
         if (list_.remove(row - removed)) ++removed;

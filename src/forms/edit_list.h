@@ -32,10 +32,15 @@ class EditList {
     virtual std::vector<ListRow> rows() const = 0;
     virtual Offer offer(int row) const { return {true, row != noRow, row != noRow}; }
 
+    // What the menu calls an addition; empty for the usual word.
+    virtual std::string_view addLabel() const { return {}; }
+
     // Each shows what dialogs and messages it takes. True when the list has changed.
     virtual bool add(int before) = 0;  // noRow: at the end
     virtual bool edit(int row) = 0;
-    virtual bool remove(int row) = 0;  // has been confirmed
+    virtual bool remove(int row) = 0;  // has been confirmed, if that is asked for
+    // A list that asks nothing loses its first selected row alone.
+    virtual bool asksBeforeRemoval() const { return true; }
 };
 
 // What menus, keys and mouse of such a list do. Each is true when the list has changed and is to be

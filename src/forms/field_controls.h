@@ -29,6 +29,7 @@ class FieldControls {
     virtual void setAddress(int control, const Ipv4& address) = 0;
 
     virtual void setEnabled(int control, bool enabled) = 0;
+    virtual void setVisible(int control, bool visible) = 0;
     // Gives it the focus and selects its text.
     virtual void focus(int control) = 0;
 };

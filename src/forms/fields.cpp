@@ -108,6 +108,11 @@ std::optional<Refusal> Fields::read(const FieldControls& controls) {
     return std::nullopt;
 }
 
+void Fields::readValid(const FieldControls& controls) {
+    for (const auto& field : fields_)
+        if (field->parse(controls).empty()) field->take();
+}
+
 void Fields::clicked(FieldControls& controls, int control) const {
     for (const auto& field : fields_)
         if (field->control() == control) field->clicked(controls);

@@ -37,6 +37,9 @@ class Fields {
     bool changed(const FieldControls& controls) const;
     // Takes what the controls show into the values: all of it, or nothing and the first refusal.
     std::optional<Refusal> read(const FieldControls& controls);
+    // Takes what can be taken as it stands, and leaves the other values alone: for what a dialog
+    // shows while the operator enters.
+    void readValid(const FieldControls& controls);
     // The control was clicked.
     void clicked(FieldControls& controls, int control) const;
 

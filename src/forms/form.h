@@ -9,6 +9,8 @@
 
 namespace korvane {
 
+class FormExchange;
+
 // What a dialog or a page with fields decides, without its window.
 class Form {
   public:
@@ -27,6 +29,13 @@ class Form {
     // Says which control stands for which of its values.
     virtual void describe(Fields& fields) = 0;
 
+    // The exchange that the form's own doings may read its values by; it outlives none of them.
+    virtual void attach(FormExchange&) {}
+
+    // Something was entered in a control: what can be read has been. For what the form shows of
+    // its entries, and which of its controls.
+    virtual void entered(int /*control*/, FieldControls&) {}
+
     // All values have been read: checks them and stores what the form is for. 0, or the control
     // that the operator is to return to: then a message has been shown and nothing was stored.
     virtual int accept() = 0;
@@ -44,13 +53,18 @@ class FormExchange {
     // Reads, checks and stores. False when that was refused: a message has been shown, the focus is
     // where it belongs, and all entries are still there.
     bool accept();
+    // Reads alone; false when that was refused.
+    bool read();
     void clicked(int control) { fields_.clicked(controls_, control); }
+    // What was entered there may change what the form shows.
+    void entered(int control);
 
   private:
     Form& form_;
     FieldControls& controls_;
     Prompts& prompts_;
     Fields fields_;
+    bool showing_ = false;
 };
 
 // The seam to the windows of modal forms.

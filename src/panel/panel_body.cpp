@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "editors/form_windows.h"
 #include "panel/about_dialog.h"
 #include "resources/ids.h"
 #include "ui/controls.h"
@@ -31,6 +32,7 @@ PanelBody::PanelBody(DeviceManager& manager, const PageMaker& makePages)
       commands_(manager, prompts_, pages_, transfers_) {}
 
 bool PanelBody::onInit() {
+    useEditorWindows(forms_);
     stack_.create(hwnd());
     placePages();
     showPage(PanelPages::InputChannels);

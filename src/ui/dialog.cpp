@@ -41,6 +41,12 @@ void showCurrentException() noexcept {
     }
 }
 
+// Whether there is an answer; it is where the system looks for it.
+bool answered(HWND window, std::optional<LRESULT> answer) {
+    if (answer) SetWindowLongPtrW(window, DWLP_MSGRESULT, *answer);
+    return answer.has_value();
+}
+
 }  // namespace
 
 bool isDialogWindow(HWND window) {
@@ -103,6 +109,9 @@ std::optional<LRESULT> Dialog::onNotify(const NMHDR&) {
 void Dialog::onTimer(UINT_PTR) {}
 void Dialog::onSize(int, int) {}
 void Dialog::onDestroy() {}
+std::optional<LRESULT> Dialog::onSent(UINT, WPARAM, LPARAM) {
+    return std::nullopt;
+}
 std::optional<INT_PTR> Dialog::onMessage(UINT, WPARAM, LPARAM) {
     return std::nullopt;
 }
@@ -156,15 +165,12 @@ void Dialog::rethrowInitError() {
 }
 
 INT_PTR Dialog::handle(UINT message, WPARAM wParam, LPARAM lParam) {
+    const HWND window = hwnd_;
     switch (message) {
         case WM_COMMAND:
             return onCommand(LOWORD(wParam), HIWORD(wParam), reinterpret_cast<HWND>(lParam));
-        case WM_NOTIFY: {
-            const HWND window = hwnd_;
-            const auto result = onNotify(*reinterpret_cast<const NMHDR*>(lParam));
-            if (result) SetWindowLongPtrW(window, DWLP_MSGRESULT, *result);
-            return result.has_value();
-        }
+        case WM_NOTIFY:
+            return answered(window, onNotify(*reinterpret_cast<const NMHDR*>(lParam)));
         case WM_TIMER:
             onTimer(wParam);
             return TRUE;
@@ -175,6 +181,7 @@ INT_PTR Dialog::handle(UINT message, WPARAM wParam, LPARAM lParam) {
             onDestroy();
             return TRUE;
         default:
+            if (answered(window, onSent(message, wParam, lParam))) return TRUE;
             return onMessage(message, wParam, lParam).value_or(FALSE);
     }
 }

@@ -45,6 +45,8 @@ class Dialog {
     virtual void onTimer(UINT_PTR timer);
     virtual void onSize(int width, int height);
     virtual void onDestroy();
+    // The answer to a message that another window sent, or nothing when it is not for this one.
+    virtual std::optional<LRESULT> onSent(UINT message, WPARAM wParam, LPARAM lParam);
     // Any other message: what the dialog procedure is to return, or nothing when not handled.
     virtual std::optional<INT_PTR> onMessage(UINT message, WPARAM wParam, LPARAM lParam);
 

@@ -4,6 +4,7 @@
 #include <memory>
 #include <windowsx.h>
 
+#include "text/text.h"
 #include "ui/copy_keys.h"
 #include "ui/modal.h"
 #include "ui/module.h"
@@ -40,7 +41,9 @@ void EditListView::refill() {
 }
 
 void EditListView::refillIf(bool changed) {
-    if (changed) refill();
+    if (!changed) return;
+    refill();
+    if (changed_) changed_();
 }
 
 bool EditListView::onNotify(const NMHDR& header) {
@@ -123,12 +126,19 @@ void EditListView::leaveOffered(HMENU items) const {
     if (!offer.remove) DeleteMenu(items, static_cast<UINT>(menu_.remove), MF_BYCOMMAND);
 }
 
+void EditListView::rename(HMENU items) const {
+    if (list_.addLabel().empty()) return;
+    const auto add = static_cast<UINT>(menu_.add);
+    ModifyMenuW(items, add, MF_BYCOMMAND | MF_STRING, add, toWide(list_.addLabel()).c_str());
+}
+
 // The command comes to the dialog as that of any menu.
 void EditListView::showMenu(POINT where) {
     const std::unique_ptr<HMENU, DestroyMenuHandle> menu(
         LoadMenuW(moduleInstance(), MAKEINTRESOURCEW(menu_.menu)));
     const HMENU items = GetSubMenu(menu.get(), 0);
     leaveOffered(items);
+    rename(items);
     if (GetMenuItemCount(items) == 0) return;
     const ModalScope scope(ModalScope::Shows::Menu);
     TrackPopupMenu(items, TPM_RIGHTBUTTON, where.x, where.y, 0, dialog_, nullptr);

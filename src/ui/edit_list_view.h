@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "forms/edit_list.h"
 #include "resources/ids.h"
 #include "ui/list_view.h"
@@ -19,8 +21,14 @@ inline constexpr ListMenu firstListMenu{IDM_FIRST_LIST, IDM_FIRST_LIST_ADD, IDM_
 // A list view in which the operator edits: by a popup menu, by double-click and by keys.
 class EditListView {
   public:
-    EditListView(EditList& list, Prompts& prompts, int control, const ListMenu& menu)
-        : list_(list), editor_(list, prompts), control_(control), menu_(menu) {}
+    // `changed` hears of each change, once the view shows it.
+    EditListView(EditList& list, Prompts& prompts, int control, const ListMenu& menu,
+                 std::function<void()> changed = {})
+        : list_(list),
+          editor_(list, prompts),
+          control_(control),
+          menu_(menu),
+          changed_(std::move(changed)) {}
 
     // The dialog's window is there.
     void create(HWND dialog);
@@ -41,6 +49,7 @@ class EditListView {
     void onDoubleClick(int row);
     bool onKey(const NMLVKEYDOWN& key);
     void leaveOffered(HMENU items) const;
+    void rename(HMENU items) const;
     void showMenu(POINT where);
     void refillIf(bool changed);
     POINT placeOfSelection() const;
@@ -49,6 +58,7 @@ class EditListView {
     ListEditor editor_;
     int control_;
     ListMenu menu_;
+    std::function<void()> changed_;
     HWND dialog_ = nullptr;
 };
 

@@ -35,6 +35,9 @@ void DialogControls::setAddress(int control, const Ipv4& address) {
 void DialogControls::setEnabled(int control, bool enabled) {
     at<Control>(control).enable(enabled);
 }
+void DialogControls::setVisible(int control, bool visible) {
+    at<Control>(control).show(visible);
+}
 
 // As the system moves it: the text of an edit is selected, and the default button keeps its border.
 void DialogControls::focus(int control) {
@@ -43,20 +46,43 @@ void DialogControls::focus(int control) {
 }
 
 FormDialog::FormDialog(Form& form, Prompts& prompts)
-    : Dialog(form.dialog()), form_(form), exchange_(form, controls_, prompts) {}
+    : Dialog(form.dialog()), form_(form), prompts_(prompts), exchange_(form, controls_, prompts) {}
+
+void FormDialog::addList(EditList& list, int control, const ListMenu& menu) {
+    lists_.add(list, prompts_, control, menu, [this, control] { exchange_.entered(control); });
+}
 
 bool FormDialog::onInit() {
     controls_.attach(hwnd());
     if (!form_.title().empty()) SetWindowTextW(hwnd(), toWide(form_.title()).c_str());
     for (const int hidden : form_.hidden()) control<Control>(hidden).show(false);
+    lists_.create(hwnd());
+    lists_.refill();
     exchange_.show();
     return true;
 }
 
+// Enter presses the default button, wherever the focus is.
 bool FormDialog::onCommand(int id, int notification, HWND control) {
     if (id == IDOK && !exchange_.accept()) return true;
     if (notification == BN_CLICKED && control) exchange_.clicked(id);
-    return Dialog::onCommand(id, notification, control);
+    const bool isEntry = notification == EN_CHANGE || notification == CBN_SELCHANGE;
+    if (control && (isEntry || notification == BN_CLICKED)) exchange_.entered(id);
+    return (id != IDOK && lists_.onCommand(id)) || Dialog::onCommand(id, notification, control);
+}
+
+std::optional<LRESULT> FormDialog::onNotify(const NMHDR& header) {
+    return lists_.onNotify(header);
+}
+
+std::optional<INT_PTR> FormDialog::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    return lists_.onMessage(message, wParam, lParam);
+}
+
+bool WindowFormRunner::run(Form& form) {
+    const auto window = windows_.find(form.dialog());
+    return (window != windows_.end() ? window->second(form, prompts_)
+                                     : FormDialog(form, prompts_).showModal()) == IDOK;
 }
 
 }  // namespace korvane

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <memory>
-#include <vector>
-
-#include "ui/edit_list_view.h"
+#include "ui/edit_list_views.h"
 #include "ui/form_dialog.h"
 #include "ui/page.h"
 
@@ -22,7 +19,9 @@ class FormPage : public Page {
 
   protected:
     // Before the window is made.
-    void addList(EditList& list, Prompts& prompts, int control, const ListMenu& menu);
+    void addList(EditList& list, Prompts& prompts, int control, const ListMenu& menu) {
+        lists_.add(list, prompts, control, menu);
+    }
 
     bool onInit() override;
     // The last list takes what there is; a page with another layout has its own.
@@ -35,7 +34,7 @@ class FormPage : public Page {
     Form& form_;
     DialogControls controls_;
     FormExchange exchange_;
-    std::vector<EditListView> lists_;
+    EditListViews lists_;
 };
 
 }  // namespace korvane

@@ -24,12 +24,13 @@ class ScriptedControls : public FieldControls {
     Ipv4 address(int control) const override { return value(addresses, control); }
     void setAddress(int control, const Ipv4& address) override { addresses[control] = address; }
     void setEnabled(int control, bool enabled) override { enabledOnes[control] = enabled; }
+    void setVisible(int control, bool visible) override { visibleOnes[control] = visible; }
     void focus(int control) override { focused = control; }
 
     std::map<int, std::string> texts;
     std::map<int, int> selections;
     std::map<int, std::vector<std::string>> items;
-    std::map<int, bool> checks, enabledOnes;
+    std::map<int, bool> checks, enabledOnes, visibleOnes;
     std::map<int, Ipv4> addresses;
     int focused = 0;
 
