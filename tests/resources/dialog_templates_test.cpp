@@ -65,6 +65,10 @@ bool isLabel(HWND window) {
                    {SS_LEFT, SS_RIGHT, SS_CENTER, SS_LEFTNOWORDWRAP, SS_SIMPLE});
 }
 
+bool isAddressBox(HWND window) {
+    return isOf(window, WC_IPADDRESSW);
+}
+
 RECT areaOf(HWND window) {
     RECT area{};
     GetWindowRect(window, &area);
@@ -254,6 +258,41 @@ TEST_F(DialogTemplates, LetTheOperatorWriteInAllFieldsButThese) {
             if (isOf(control, L"Edit") && (styleOf(control) & ES_READONLY))
                 found.insert({id, GetDlgCtrlID(control)});
     EXPECT_EQ(found, readOnlyFields);
+}
+
+// Caption and texts in the order of the controls, to the character: some have a colon, and a
+// full-width one at that.
+TEST_F(DialogTemplates, SpeakTheOperatorsWords) {
+    const std::pair<int, const char*> words[] = {
+        {IDD_GENERAL_CHANNEL, "输入通道参数配置 IP地址： 端口： 接收方式 TCP UDP 确定 取消 "},
+        {IDD_VIDEO_CHANNEL,
+         "视频通道参数配置 IP地址 端口 编码类型 载荷类型 帧频 RTCP同步 封装模式 确定 取消 "},
+        {IDD_AUDIO_CHANNEL,
+         "音频通道参数配置 IP地址 端口 编码类型 采样率 载荷类型 RTCP同步 封装模式 确定 取消 "},
+        {IDD_CONDITIONAL_CHANNEL,
+         "输入通道参数配置 IP地址： 端口： 单元类型： 最大发送间隔(ms)： 确定 取消 "},
+        {IDD_NETWORK_PAGE,
+         "表标识号 国家码 网络级别 网络号 网络名称 频点编号 中心频率(MHz) 带宽 其他频点配置 "
+         "其他网络配置 "},
+        {IDD_FREQUENCY_POINT, "频点信息 频点编号 中心频率(MHz) 带宽 确定 取消 "},
+        {IDD_NEIGHBOUR_NETWORK,
+         "网络信息 网络级别 网络号 网络名称 频点编号 中心频率(MHz) 带宽 确定 取消 "},
+        {IDD_SERVICE_FREQUENCY_PAGE, "表标识号 业务列表 "},
+        {IDD_SERVICE_FREQUENCY, "业务频点关联配置 业务号 频点号 确定 取消 "},
+        {IDD_CA_PAGE, "表标识号 段数量 是否发送 加密授权系统列表 "},
+        {IDD_CA_SYSTEM,
+         "加密授权系统配置 CA_System_ID 业务标识 EMM数据单元类型 ECM数据单元类型 ECM传送方式 "
+         "确定 取消 "},
+    };
+    for (const auto& [id, expected] : words) {
+        Controls spoken = controlsOf(dialogs_[id]);
+        spoken.insert(spoken.begin(), dialogs_[id]);
+        std::string found;
+        for (HWND window : spoken)
+            if (const std::wstring text = textOf(window); !text.empty() && !isAddressBox(window))
+                found += toUtf8(text) + ' ';
+        EXPECT_EQ(found, expected);
+    }
 }
 
 TEST(ListMenus, HaveTheSameItemsWithNumbersOfTheirOwn) {
