@@ -9,7 +9,7 @@ namespace {
 using Rows = std::vector<ListRow>;
 
 constexpr auto continuous = TableKind::Continuous, shortTime = TableKind::ShortTime;
-constexpr int service = IDC_SERVICE_ID, channel = IDC_CHANNEL_NUMBER;
+constexpr int service = IDC_SERVICE_ID, channelControl = IDC_CHANNEL_NUMBER;
 
 // Services 100 and 300 are on continuous frames, 200 and 300 on a short-time one, 400 on none.
 class ServiceFrequency : public test::ListEditing {
@@ -28,7 +28,7 @@ class ServiceFrequency : public test::ListEditing {
         for (const std::uint16_t id : {100, 200, 300, 400})
             model_->addServiceFrequency(shortTime, {id, 30, 6});
     }
-    // "id/channel" of every entry, shown or not.
+    // "id/channelControl" of every entry, shown or not.
     std::string entries(TableKind kind) const {
         std::string all;
         for (const ServiceFrequencyEntry& entry : tables().serviceTable(kind).entries)
@@ -46,10 +46,11 @@ TEST_F(ServiceFrequency, RowsMeanTheEntriesThatTheyShow) {
               (Rows{{"100", "21", "4"}, {"300", "21", "3"}, {"400", "21", "无效业务"}}));
     EXPECT_EQ(page5_.rows(),
               (Rows{{"200", "30", "8"}, {"300", "30", "8"}, {"400", "30", "无效业务"}}));
-    EXPECT_TRUE(entering({{service, "65636"}, {channel, "22"}}, page3_).add(1)) << "100 in 16 bits";
-    EXPECT_TRUE(entering({{service, "101"}, {channel, "255"}}, page3_).add(EditList::noRow));
+    EXPECT_TRUE(entering({{service, "65636"}, {channelControl, "22"}}, page3_).add(1))
+        << "100 in 16 bits";
+    EXPECT_TRUE(entering({{service, "101"}, {channelControl, "255"}}, page3_).add(EditList::noRow));
     EXPECT_EQ(entries(continuous), "200/21 100/21 100/22 300/21 400/21 101/255 ");
-    EXPECT_TRUE(entering({{channel, "23"}}, page3_).edit(2));
+    EXPECT_TRUE(entering({{channelControl, "23"}}, page3_).edit(2));
     EXPECT_EQ(tables().continuousServices.entries[3], (ServiceFrequencyEntry{300, 23, 6}));
     prompts_.answers = {true};
     EXPECT_TRUE(ListEditor(page3_, prompts_).remove({0, 1, 3}));
@@ -62,8 +63,8 @@ TEST_F(ServiceFrequency, RowsMeanTheEntriesThatTheyShow) {
 TEST_F(ServiceFrequency, PairsThatAreThereAlreadyAreRefused) {
     const char* const there = "已有相同的业务标识和频道号对";
     const auto before = copyOf(tables());
-    const Entries ofTable3{{service, "65636"}, {channel, "21"}},
-        ofTable5{{service, "200"}, {channel, "30"}};
+    const Entries ofTable3{{service, "65636"}, {channelControl, "21"}},
+        ofTable5{{service, "200"}, {channelControl, "30"}};
     for (ServiceFrequencyList* page : {&page3_, &page5_}) {
         expectRefused(entering(ofTable3, *page).add(0), service, there);
         expectRefused(entering(ofTable3, *page).edit(1), service, there);
@@ -71,7 +72,7 @@ TEST_F(ServiceFrequency, PairsThatAreThereAlreadyAreRefused) {
     expectRefused(entering(ofTable5, page5_).add(0), service, there);
     expectRefused(entering({{service, "200"}}, page5_).edit(1), service, there);
     expectRefused(entering({{service, "100"}}, page3_).edit(1), service, there);
-    expectRefused(entering({{channel, "256"}}, page3_).add(0), channel,
+    expectRefused(entering({{channelControl, "256"}}, page3_).add(0), channelControl,
                   "请输入 0 和 255 之间的整数。");
     EXPECT_TRUE(entering({}, page3_).edit(0) && entering(ofTable5, page5_).edit(0))
         << "the pair itself stays";
