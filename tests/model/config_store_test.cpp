@@ -1,7 +1,7 @@
-#include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
 #include <numeric>
+#include <sstream>
 #include <vector>
 
 #include "model/config_model.h"
@@ -18,33 +18,46 @@ constexpr auto shortTime = TableKind::ShortTime;
 MultiplexFrame frameWithSlots(std::uint8_t id, std::size_t slots, std::uint16_t firstService = 0,
                               std::size_t services = 0) {
     MultiplexFrame frame = test::frame(id);
-    frame.timeSlots.resize(slots);
-    std::fill(frame.timeSlots.begin(), frame.timeSlots.end(), std::uint8_t{99});
+    for (std::size_t i = 0; i < slots; ++i) frame.timeSlots.append(9);
     for (std::size_t i = 0; i < services; ++i)
         frame.services.append(test::service(static_cast<std::uint8_t>(i + 1),
                                             static_cast<std::uint16_t>(firstService + i)));
     return frame;
 }
 
-std::vector<int> slotsOf(const MultiplexFrame& frame) {
-    return {frame.timeSlots.begin(), frame.timeSlots.end()};
-}
-
-using Pairs = std::vector<std::pair<int, int>>;
-
-Pairs pairsOf(const ServiceFrequencyTable& table) {
-    Pairs pairs;
-    for (const ServiceFrequencyEntry& entry : table.entries)
-        pairs.emplace_back(entry.serviceId, entry.channelNumber);
-    return pairs;
+std::string digits(const TimeSlotList& slots) {
+    std::string text;
+    for (const std::uint8_t slot : slots) text += std::to_string(slot);
+    return text;
 }
 
 class Store : public testing::Test {
   protected:
     Store() { model_->setMultiplexHeader({2, 21, 0}); }
 
-    const MultiplexFrame& frame(std::size_t i) { return model_->tables().continuous.frames[i]; }
-    Pairs csct() { return pairsOf(model_->tables().continuousServices); }
+    // Of the continuous table the slots of each frame, and the pairs of service and channel.
+    std::string outline() const {
+        std::ostringstream text;
+        for (const MultiplexFrame& frame : model_->tables().continuous.frames)
+            text << digits(frame.timeSlots) << ' ';
+        text << '|';
+        for (const ServiceFrequencyEntry& entry : model_->tables().continuousServices.entries)
+            text << ' ' << entry.serviceId << '@' << int{entry.channelNumber};
+        return text.str();
+    }
+    void expectDone(int result, const std::string& expected) const {
+        EXPECT_EQ(result, 0);
+        EXPECT_EQ(outline(), expected);
+    }
+    int addChannel(ChannelType type, std::uint8_t octet = 1,
+                   std::uint32_t position = ConfigModel::atEnd) {
+        return model_->addChannel(test::channel(type, octet, 1), position);
+    }
+    int setSameNetwork() {
+        NetworkInfo info;
+        EXPECT_EQ(model_->getNetworkInfo(info), 0);
+        return model_->setNetworkInfo(info);
+    }
     // Whether an operation was refused without a trace.
     template <class Operation>
     void expectRefused(Operation operation, int answer = -1) {
@@ -58,74 +71,60 @@ class Store : public testing::Test {
     std::unique_ptr<ConfigModel> model_ = std::make_unique<ConfigModel>();
 };
 
-TEST_F(Store, FramesAreRenumberedAndAnnouncedOnEveryChange) {
-    model_->addServiceFrequency(continuous, {7, 30, 0});
-    model_->addServiceFrequency(continuous, {8, 21, 0});  // of the current channel, and unfounded
-    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(0, 1, 10, 2)), 0);
-    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(1, 3, 100, 2)), 0);
-    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(2, 2, 200, 1)), 0);
-    EXPECT_EQ(slotsOf(frame(1)), (std::vector{1, 2, 3}));
-    EXPECT_EQ(slotsOf(frame(2)), (std::vector{4, 5}));
-    EXPECT_EQ(csct(), (Pairs{{100, 21}, {101, 21}, {200, 21}, {7, 30}}));
-
-    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(5, 4, 500, 1), 1), 0);
-    EXPECT_EQ(slotsOf(frame(1)), (std::vector{1, 2, 3, 4}));
-    EXPECT_EQ(slotsOf(frame(3)), (std::vector{8, 9}));
-    ASSERT_EQ(model_->updateFrame(continuous, 1, frameWithSlots(5, 1, 510, 1)), 0);
-    EXPECT_EQ(slotsOf(frame(3)), (std::vector{5, 6}));
-    EXPECT_EQ(csct(), (Pairs{{510, 21}, {100, 21}, {101, 21}, {200, 21}, {7, 30}}));
-    ASSERT_EQ(model_->removeFrame(continuous, 0), 0);
-    EXPECT_EQ(slotsOf(frame(0)), (std::vector{0}));
-    for (int i = 0; i < 3; ++i) ASSERT_EQ(model_->removeFrame(continuous, 0), 0);
-    EXPECT_EQ(csct(), (Pairs{{7, 30}}));
-}
-
-TEST_F(Store, ShortTimeFramesKeepTheirSlotsAndAreNotAnnounced) {
-    ASSERT_EQ(model_->addFrame(shortTime, frameWithSlots(3, 2, 300, 1)), 0);
-    const MultiplexFrame& stored = model_->tables().shortTime.frames[0];
-    EXPECT_EQ(slotsOf(stored), (std::vector{99, 99}));
-    EXPECT_EQ(stored.kind, shortTime);
-    EXPECT_TRUE(csct().empty());
-    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(2, 1)), 0);
-    EXPECT_EQ(model_->highestFrameId(shortTime), 3);
-    EXPECT_EQ(model_->highestFrameId(continuous), 2);
-}
-
-TEST_F(Store, ServicesAreAnnouncedAsTheirFramesAre) {
-    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(1, 1, 100, 3)), 0);
-    ASSERT_EQ(model_->removeService(continuous, 0, 1), 0);
-    ASSERT_EQ(model_->updateService(continuous, 0, 0, test::service(1, 150)), 0);
-    ASSERT_EQ(model_->addService(continuous, 0, test::service(3, 103)), 0);
-    EXPECT_EQ(csct(), (Pairs{{150, 21}, {102, 21}, {103, 21}}));
-    ASSERT_EQ(model_->addFrame(shortTime, frameWithSlots(9, 1, 900, 2)), 0);
+TEST_F(Store, FramesAreRenumberedAndTheyAndTheirServicesAnnouncedOnEveryChange) {
+    ConfigModel& m = *model_;
+    m.addServiceFrequency(continuous, {7, 30, 0});
+    m.addServiceFrequency(continuous, {8, 21, 0});  // of the current channel, and unfounded
+    expectDone(m.addFrame(continuous, frameWithSlots(0, 1, 10, 2)), "0 | 7@30");
+    expectDone(m.addFrame(continuous, frameWithSlots(1, 3, 100, 2)), "0 123 | 100@21 101@21 7@30");
+    expectDone(m.addFrame(continuous, frameWithSlots(2, 2, 200, 1), 1),
+               "0 12 345 | 200@21 100@21 101@21 7@30");
+    expectDone(m.updateFrame(continuous, 1, frameWithSlots(5, 1, 510, 1)),
+               "0 1 234 | 510@21 100@21 101@21 7@30");
+    expectDone(m.removeFrame(continuous, 0), "0 123 | 510@21 100@21 101@21 7@30");
+    expectDone(m.removeService(continuous, 1, 0), "0 123 | 510@21 101@21 7@30");
+    expectDone(m.updateService(continuous, 1, 0, test::service(1, 150)),
+               "0 123 | 510@21 150@21 7@30");
+    expectDone(m.addService(continuous, 1, test::service(3, 103)),
+               "0 123 | 510@21 150@21 103@21 7@30");
+    expectDone(m.addFrame(shortTime, frameWithSlots(9, 2, 900, 2)),
+               "0 123 | 510@21 150@21 103@21 7@30");
+    EXPECT_EQ(digits(m.tables().shortTime.frames[0].timeSlots), "99") << "these stay";
+    EXPECT_EQ(m.tables().shortTime.frames[0].kind, shortTime);
+    EXPECT_EQ(m.highestFrameId(shortTime), 9);
+    EXPECT_EQ(m.highestFrameId(continuous), 5);
     using Place = ConfigModel::ServicePlace;
-    EXPECT_EQ(model_->findService(103), (Place{continuous, 0, 2}));
-    EXPECT_EQ(model_->findService(901), (Place{shortTime, 0, 1}));
-    EXPECT_EQ(model_->findService(101), std::nullopt);
+    EXPECT_EQ(m.findService(103), (Place{continuous, 1, 1}));
+    EXPECT_EQ(m.findService(901), (Place{shortTime, 0, 1}));
+    EXPECT_EQ(m.findService(101), std::nullopt);
+    ASSERT_EQ(m.updateFrame(shortTime, 0, frameWithSlots(8, 1)), 0);
+    EXPECT_EQ(m.tables().shortTime.frames[0].kind, shortTime);
+    ASSERT_EQ(m.removeFrame(continuous, 0), 0);
+    expectDone(m.removeFrame(continuous, 0), "| 7@30");
+    ASSERT_EQ(m.addFrame(continuous, frameWithSlots(4, 0)), 0);
+    ASSERT_EQ(m.addFrame(continuous, frameWithSlots(3, 0)), 0);
+    EXPECT_EQ(m.highestFrameId(continuous), 4) << "not the last one's";
 }
 
 TEST_F(Store, SingleSlotsAreEditedInPlace) {
-    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(1, 3)), 0);
-    ASSERT_EQ(model_->setTimeSlot(continuous, 0, 1, 17), 0);
-    ASSERT_EQ(model_->removeTimeSlot(continuous, 0, 0), 0);
-    EXPECT_EQ(slotsOf(frame(0)), (std::vector{17, 2}));
-    expectRefused([this] { return model_->setTimeSlot(continuous, 0, 2, 1); });
-    expectRefused([this] { return model_->removeTimeSlot(continuous, 1, 0); });
+    ConfigModel& m = *model_;
+    ASSERT_EQ(m.addFrame(continuous, frameWithSlots(1, 3)), 0);
+    expectDone(m.setTimeSlot(continuous, 0, 1, 17), "0172 |");
+    expectDone(m.removeTimeSlot(continuous, 0, 0), "172 |");
+    expectRefused([&] { return m.setTimeSlot(continuous, 0, 2, 1); });
+    expectRefused([&] { return m.removeTimeSlot(continuous, 1, 0); });
 
-    ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(2, 4)), 0);
-    const auto numbers = [](const TimeSlotList& list) {
-        return std::vector<int>(list.begin(), list.end());
-    };
-    EXPECT_EQ(numbers(model_->allocateTimeSlots(continuous, 0, 3)), (std::vector{0, 1, 2}));
-    EXPECT_EQ(numbers(model_->allocateTimeSlots(continuous, 1, 2)), (std::vector{2, 3}));
-    EXPECT_EQ(numbers(model_->allocateTimeSlots(continuous, -1, 1)), (std::vector{6}));
-    EXPECT_EQ(numbers(model_->allocateTimeSlots(shortTime, -1, 1)), (std::vector{0}));
-    EXPECT_EQ(model_->allocateTimeSlots(continuous, -1, 1000).size(), 40u);
+    ASSERT_EQ(m.addFrame(continuous, frameWithSlots(2, 4)), 0);
+    EXPECT_EQ(digits(m.allocateTimeSlots(continuous, 0, 3)), "012");
+    EXPECT_EQ(digits(m.allocateTimeSlots(continuous, 1, 2)), "23");
+    EXPECT_EQ(digits(m.allocateTimeSlots(continuous, -1, 1)), "6");
+    EXPECT_EQ(digits(m.allocateTimeSlots(shortTime, -1, 1)), "0");
+    EXPECT_EQ(m.allocateTimeSlots(continuous, -1, 1000).size(), 40u);
 }
 
 TEST_F(Store, WhatNamesNothingIsRefused) {
     ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(1, 1, 100, 1)), 0);
-    ASSERT_EQ(model_->addChannel(test::channel(ChannelType::Data, 1, 1), ConfigModel::atEnd), 0);
+    ASSERT_EQ(addChannel(ChannelType::Data), 0);
     InputChannelRecord odd = test::channel(ChannelType::Data, 1, 2);
     odd.type = 8;
     FlatChannelList list;
@@ -141,19 +140,14 @@ TEST_F(Store, WhatNamesNothingIsRefused) {
     expectRefused([&] { return model_->getChannels(8, list); });
     expectRefused([&] { return model_->updateChannel(0, odd); });
     expectRefused([&] { return model_->addChannel(odd, ConfigModel::atEnd); });
-    expectRefused([&] { return model_->addChannel(test::channel(ChannelType::Data, 1, 1), 2); });
+    expectRefused([&] { return addChannel(ChannelType::Data, 1, 2); });
     expectRefused([&] { return model_->addServiceFrequency(shortTime, {}, 1); });
     expectRefused([&] { return model_->addServiceFrequency(shortTime, {}, -2); });
 }
 
 TEST_F(Store, WhatWouldBreakALimitOfTheWholeIsRefused) {
-    for (int i = 0; i < 60; ++i)
-        ASSERT_EQ(model_->addChannel(test::channel(static_cast<ChannelType>(i % 8), 1, 1),
-                                     ConfigModel::atEnd),
-                  0);
-    expectRefused([this] {
-        return model_->addChannel(test::channel(ChannelType::Esg, 1, 1), ConfigModel::atEnd);
-    });
+    for (int i = 0; i < 60; ++i) ASSERT_EQ(addChannel(static_cast<ChannelType>(i % 8)), 0);
+    expectRefused([this] { return addChannel(ChannelType::Esg); });
     // 40 slots and 40 announced services are what all continuous frames share.
     ASSERT_EQ(model_->addFrame(continuous, frameWithSlots(0, 30, 0, 8)), 0);
     for (std::uint8_t i = 1; i < 6; ++i)
@@ -167,7 +161,7 @@ TEST_F(Store, WhatWouldBreakALimitOfTheWholeIsRefused) {
     expectRefused([&] { return model_->checkFrame(continuous, 0, seven); }, -2);
     expectRefused([&] { return model_->checkFrame(continuous, 6, six); });
     EXPECT_EQ(model_->checkFrame(shortTime, -1, six), 0);
-    EXPECT_EQ(model_->checkFrame(continuous, 1, frame(1)), 0);
+    EXPECT_EQ(model_->checkFrame(continuous, 1, model_->tables().continuous.frames[1]), 0);
     expectRefused([this] { return model_->addServiceFrequency(continuous, {1, 2, 0}); });
     expectRefused([this] { return model_->addService(continuous, 0, test::service(9, 9)); });
     ASSERT_EQ(model_->removeService(continuous, 5, 0), 0);
@@ -185,14 +179,14 @@ TEST_F(Store, AConfigurationBeyondTheLimitsCanBeShrunk) {
     });
     expectRefused([this] { return model_->updateFrame(continuous, 0, frameWithSlots(1, 11)); });
     EXPECT_EQ(model_->updateFrame(continuous, 0, frameWithSlots(1, 10, 10, 8)), 0);
-    EXPECT_EQ(csct().size(), 40u);
+    EXPECT_EQ(model_->tables().continuousServices.entries.size(), 40u);
     EXPECT_EQ(model_->updateFrame(continuous, 0, frameWithSlots(1, 9, 10, 7)), 0);
     EXPECT_EQ(model_->removeFrame(continuous, 6), 0);
 }
 
 TEST_F(Store, ChannelsOfAllTypesMakeOneList) {
     for (const auto type : {ChannelType::Emm, ChannelType::Video, ChannelType::Video})
-        ASSERT_EQ(model_->addChannel(test::channel(type, 1, 1), ConfigModel::atEnd), 0);
+        ASSERT_EQ(addChannel(type), 0);
     EXPECT_EQ(model_->channels(0)[1].position, 1);
     EXPECT_EQ(model_->channels(5)[0].position, 2);
     InputChannelRecord changed = model_->channels(0)[1];
@@ -206,7 +200,7 @@ TEST_F(Store, ChannelsOfAllTypesMakeOneList) {
 
 TEST_F(Store, ChannelIdsGoOnFromTheLastOneIssued) {
     const auto idOfNext = [this] {
-        EXPECT_EQ(model_->addChannel(test::channel(ChannelType::Esg, 1, 1), 0), 0);
+        EXPECT_EQ(addChannel(ChannelType::Esg, 1, 0), 0);
         return model_->channels(3)[0].channelId;
     };
     const std::uint32_t& last = model_->tables().outputParams.lastChannelId;
@@ -237,9 +231,7 @@ TEST_F(Store, ChannelIdsGoOnFromTheLastOneIssued) {
 }
 
 TEST_F(Store, CandidatesAreTheChannelsThatNoOtherFrameUses) {
-    for (std::uint8_t i = 1; i < 4; ++i)
-        ASSERT_EQ(model_->addChannel(test::channel(ChannelType::Video, i, 1), ConfigModel::atEnd),
-                  0);
+    for (std::uint8_t i = 1; i < 4; ++i) ASSERT_EQ(addChannel(ChannelType::Video, i), 0);
     const auto uses = [this](std::size_t channel) {
         ServiceRecord service = test::service(1, 1);
         service.components.append(model_->channels(0)[channel]);
@@ -249,21 +241,17 @@ TEST_F(Store, CandidatesAreTheChannelsThatNoOtherFrameUses) {
     ASSERT_EQ(model_->addFrame(continuous, test::frame(1, {uses(0)})), 0);
     ASSERT_EQ(model_->addFrame(shortTime, test::frame(2, {uses(1)})), 0);
     const auto octets = [this](TableKind kind, int frame) {
-        std::vector<int> result;
+        std::string text;
         for (const auto& c : model_->candidateChannels(0, {kind, frame}))
-            result.push_back(c.address[3]);
-        return result;
+            text += std::to_string(c.address[3]);
+        return text;
     };
     // A channel at the front moves the others, and with them their positions.
-    for (const std::uint8_t front : {0, 4}) {
-        if (front) model_->addChannel(test::channel(ChannelType::Video, front, 1), 0);
-        const auto expected = [front](std::vector<int> rest) {
-            if (front) rest.insert(rest.begin(), front);
-            return rest;
-        };
-        EXPECT_EQ(octets(continuous, 0), expected({1, 3}));
-        EXPECT_EQ(octets(shortTime, 0), expected({2, 3}));
-        EXPECT_EQ(octets(continuous, -1), expected({3}));
+    for (const std::string front : {"", "4"}) {
+        if (!front.empty()) addChannel(ChannelType::Video, 4, 0);
+        EXPECT_EQ(octets(continuous, 0), front + "13");
+        EXPECT_EQ(octets(shortTime, 0), front + "23");
+        EXPECT_EQ(octets(continuous, -1), front + "3");
     }
     EXPECT_TRUE(model_->candidateChannels(8, {continuous, -1}).empty());
 }
@@ -284,14 +272,11 @@ TEST_F(Store, TheOwnChannelsPairsStayAndForeignOnesAreCutAtTheEnd) {
         tables.continuous.frames.append(frameWithSlots(1, 1, 100, 8));
         for (std::uint16_t i = 0; i < 35; ++i) tables.continuousServices.entries.append({i, 30, 0});
     });
-    NetworkInfo info;
-    ASSERT_EQ(model_->getNetworkInfo(info), 0);
-    ASSERT_EQ(model_->setNetworkInfo(info), 0);
-    ASSERT_EQ(csct().size(), 40u);
-    EXPECT_EQ(csct()[0], std::pair(100, 21));
-    EXPECT_EQ(csct()[7], std::pair(107, 21));
-    EXPECT_EQ(csct()[8], std::pair(0, 30));
-    EXPECT_EQ(csct()[39], std::pair(31, 30));
+    ASSERT_EQ(setSameNetwork(), 0);
+    EXPECT_EQ(model_->tables().continuousServices.entries.size(), 40u);
+    EXPECT_TRUE(outline().starts_with("9 | 100@21 101@21 "));
+    EXPECT_NE(outline().find(" 107@21 0@30 "), std::string::npos);
+    EXPECT_TRUE(outline().ends_with(" 31@30"));
     EXPECT_EQ(log.lines(), std::vector<std::string>{"1 持续业务配置表已满, 末尾3项被舍去"});
 }
 
@@ -302,17 +287,13 @@ TEST_F(Store, TheNetworksFrequenciesAndTheCsctBelongTogether) {
     model_->addServiceFrequency(continuous, {3, 30, 0}, 0);
     model_->addServiceFrequency(shortTime, {4, 30, 0});
     ASSERT_EQ(model_->removeFrequencyPoint(0), 0);
-    EXPECT_EQ(csct(), (Pairs{{2, 31}}));
+    EXPECT_EQ(outline(), "| 2@31");
     EXPECT_EQ(model_->tables().shortTimeServices.entries.size(), 1u);
 
     test::editTables(*model_, [](ConfigTables& tables) {
         tables.continuous.frames.append(frameWithSlots(1, 1, 100, 1));
     });
-    NetworkInfo info;
-    ASSERT_EQ(model_->getNetworkInfo(info), 0);
-    info.networkNumber = 9;
-    ASSERT_EQ(model_->setNetworkInfo(info), 0);
-    EXPECT_EQ(csct(), (Pairs{{100, 21}, {2, 31}}));
+    expectDone(setSameNetwork(), "9 | 100@21 2@31");
 }
 
 TEST_F(Store, HeadersAndBlocksAreCarriedWhole) {
