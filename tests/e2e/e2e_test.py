@@ -196,12 +196,6 @@ class EndToEnd(unittest.TestCase):
         self.assert_holds(tour.was_set, change)
         self.assert_holds(tour.applied, change)
 
-    def test_a_refused_block_ends_the_save_with_its_message(self):
-        tour = self.tour(1, faults=["refuse=5@SetImageBlock92"])
-        self.assertRegex(tour.transcript, f'FAIL \\d+ save to the device: .*"{NO_UNDERSTANDING}"')
-        self.assertEqual(files.differences(tour.applied, self.before[1]), [])
-        self.assertNotIn("ActivateConfig", tour.device_log)
-
     def test_a_silent_device_is_reported(self):
         tour = self.tour(1, faults=["silence"])
         # Which of the two depends on whether this machine lets Wine send echo requests.
