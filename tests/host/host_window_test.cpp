@@ -40,14 +40,6 @@ TEST(Plugin, SaysWhyALibraryCannotBeUsed) {
     }
 }
 
-TEST(StartResult, IsToldApart) {
-    EXPECT_EQ(startResultText(0, "1.2.3.4"), "已连接设备 1.2.3.4（插件返回 0：启动成功）");
-    EXPECT_EQ(startResultText(1, "1.2.3.4"),
-              "面板已打开，但与设备 1.2.3.4 的通信未能启动（插件返回 1）");
-    EXPECT_EQ(startResultText(-2, "1.2.3.4"), "面板窗口未能创建（插件返回 -2）");
-    EXPECT_EQ(startResultText(7, "1.2.3.4"), "插件返回未知的结果 7");
-}
-
 class HostWindowTest : public testing::Test {
   protected:
     Plugin plugin_{stubPath()};
