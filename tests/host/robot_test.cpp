@@ -1,10 +1,6 @@
 #include "host/robot.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
-
-#include "support/scratch_directory.h"
 
 namespace korvane::host {
 namespace {
@@ -13,7 +9,6 @@ class RobotTest : public testing::Test {
   protected:
     ~RobotTest() override { DestroyWindow(dialog_); }
 
-    const test::ScratchDirectory scratch_;
     HWND dialog_ = CreateWindowExW(0, L"#32770", L"样例", WS_POPUP | WS_CAPTION | WS_VISIBLE, 0, 0,
                                    320, 240, nullptr, nullptr, nullptr, nullptr);
 };
@@ -74,14 +69,6 @@ TEST_F(RobotTest, FillsEachKindOfField) {
         EXPECT_THROW(r.fill(dialog_, {{2, "广播"}}), RobotError);
     });
     robot.finish();
-}
-
-TEST_F(RobotTest, TakesPictures) {
-    Robot(GetCurrentThreadId()).savePicture(dialog_, scratch_.path() / "picture.png");
-    std::ifstream in(scratch_.path() / "picture.png", std::ios::binary);
-    const std::string bytes(std::istreambuf_iterator<char>(in), {});
-    EXPECT_TRUE(bytes.starts_with("\x89PNG\r\n\x1A\n"));
-    EXPECT_EQ(bytes.substr(16, 8), std::string("\0\0\1\x40\0\0\0\xF0", 8));  // 320 by 240
 }
 
 }  // namespace
