@@ -81,6 +81,9 @@ TEST_F(Store, FramesAreRenumberedAndTheyAndTheirServicesAnnouncedOnEveryChange) 
                "0 12 345 | 200@21 100@21 101@21 7@30");
     expectDone(m.updateFrame(continuous, 1, frameWithSlots(5, 1, 510, 1)),
                "0 1 234 | 510@21 100@21 101@21 7@30");
+    expectDone(m.addFrame(continuous, m.tables().continuous.frames[1], 0),  // moves meanwhile
+               "0 1 2 345 | 510@21 510@21 100@21 101@21 7@30");
+    expectDone(m.removeFrame(continuous, 0), "0 1 234 | 510@21 100@21 101@21 7@30");
     expectDone(m.removeFrame(continuous, 0), "0 123 | 510@21 100@21 101@21 7@30");
     expectDone(m.removeService(continuous, 1, 0), "0 123 | 510@21 101@21 7@30");
     expectDone(m.updateService(continuous, 1, 0, test::service(1, 150)),
