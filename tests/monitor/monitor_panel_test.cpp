@@ -189,6 +189,7 @@ TEST(LampPicture, LooksTheSameOnAnyScreen) {
     for (const Lamp lamp : {Lamp::Normal, Lamp::Alarm}) {
         const auto [smallGround, smallColour] = groundAndColour(lamp, 16);
         EXPECT_GT(smallGround, 10);
+        EXPECT_EQ(GetRValue(smallColour) > GetGValue(smallColour), lamp == Lamp::Alarm);
         for (const int size : {20, 24, 28, 32, 48, 64}) {
             const auto [ground, colour] = groundAndColour(lamp, size);
             EXPECT_NEAR(ground, smallGround, 8) << size;
