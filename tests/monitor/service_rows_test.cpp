@@ -10,12 +10,6 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(ServiceRows, OneForEachSubFrameNumberedFromZero) {
-    EXPECT_THAT(serviceRows(*test::smallMultiplex()),
-                ElementsAre(ElementsAre("0", "101", "50784", "347", "223", "58", "106", "", ""),
-                            ElementsAre("1", "65535", "900", "", "", "", "", "", "")));
-}
-
 TEST(ServiceRows, ShowAtMostThreeSegmentsAndCountOnAcrossFrames) {
     const test::StatusImage status = std::make_unique<DeviceStatusImage>();
     status->frameCount = 3;
