@@ -47,18 +47,6 @@ TEST(FaultReportTest, ToTheCharacter) {
     EXPECT_EQ(faultReport(sampleFault(0xC00000FD)), "SE: stack overflow\r\n" + registersAndCode);
 }
 
-// The others are met in the tests of the guard, where they happen.
-TEST(FaultReportTest, NamesWhatIsRarelyMet) {
-    const std::pair<DWORD, const char*> cases[] = {
-        {0xC0000006, "SE: in page error\r\n"},         {0xC0000026, "SE: invalid disposition\r\n"},
-        {0xC000008C, "SE: array bounds exceeded\r\n"}, {0xC000008D, "SE: flt denormal operand\r\n"},
-        {0xC0000090, "SE: flt invalid operation\r\n"}, {0xC0000091, "SE: flt overflow\r\n"},
-        {0xC0000093, "SE: flt underflow\r\n"},         {0xC0000096, "SE: priv instruction\r\n"},
-        {0x80000002, "SE: datatype misalignment\r\n"}};
-    for (const auto& [code, line] : cases)
-        EXPECT_TRUE(faultReport(sampleFault(code)).starts_with(line)) << line;
-}
-
 TEST(FaultReportTest, WhatCannotBeReadIsQuestionMarks) {
     Fault fault = sampleFault(0xC000001D);
     fault.codeBytes = 2;
