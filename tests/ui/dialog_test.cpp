@@ -23,7 +23,6 @@ class TestDialog : public Dialog {
     TestDialog() : Dialog(IDD_ABOUT) {}
     std::function<void()> atAsk;
     int failures = 0;  // how often it cannot be initialised
-    int destroyed = 0;
 
   protected:
     bool onInit() override {
@@ -39,18 +38,7 @@ class TestDialog : public Dialog {
         atAsk();
         return TRUE;
     }
-    void onDestroy() override { ++destroyed; }
 };
-
-TEST(Dialog, EndsWithTheButtonThatWasPressed) {
-    for (const int button : {IDOK, IDCANCEL}) {
-        TestDialog dialog;
-        RobotThread robot([&](Robot& r) { r.command(r.waitDialog(caption), button); });
-        EXPECT_EQ(dialog.showModal(), button);
-        EXPECT_EQ(dialog.hwnd(), nullptr);
-        EXPECT_EQ(dialog.destroyed, 1);
-    }
-}
 
 TEST(Dialog, FailureToInitialiseReachesTheCaller) {
     TestDialog dialog;
