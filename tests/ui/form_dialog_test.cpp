@@ -2,12 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "editors/ca_page.h"
 #include "editors/ca_system_form.h"
 #include "host/robot.h"
 #include "resources/ids.h"
-#include "support/test_host.h"
-#include "ui/modal.h"
 #include "ui/window_prompts.h"
 
 namespace korvane {
@@ -77,54 +74,6 @@ TEST_F(FormDialogTest, ARefusalIsSaidOverTheDialogAndGoesBackToItsField) {
         }
         press(dialog, IDC_ECM_UNIT_TYPE, VK_ESCAPE);
     }));
-}
-
-// Tab goes through all fields from above, and then to the buttons.
-TEST_F(FormDialogTest, TheKeyboardReachesEachFieldInItsPlace) {
-    constexpr std::pair<int, const char*> stops[] = {{IDC_CA_SYSTEM_ID, "7"},
-                                                     {IDC_SERVICE_ID, "300"},
-                                                     {IDC_EMM_UNIT_TYPE, "130"},
-                                                     {IDC_ECM_UNIT_TYPE, "131"},
-                                                     {IDC_ECM_TRANSFER_MODE, ""},
-                                                     {IDOK, ""},
-                                                     {IDCANCEL, ""}};
-    EXPECT_FALSE(run([&stops](Robot& r, HWND dialog) {
-        for (const auto& [id, selected] : stops) {
-            EXPECT_EQ(focused(r, dialog), std::pair(id, std::string(selected)));
-            press(dialog, id, VK_TAB);
-            r.settle();
-        }
-        EXPECT_EQ(focused(r, dialog).first, IDC_CA_SYSTEM_ID);
-        r.click(dialog, IDCANCEL);
-    }));
-}
-
-// A save may come while another page shows: this one comes to the front before it complains.
-TEST(FormPage, ARefusedFieldIsShownThenSaidThenReadyToBeMended) {
-    const test::TestHost host;
-    setModalRoot(host.window());
-    const auto model = std::make_unique<ConfigModel>();
-    WindowPrompts prompts;
-    WindowFormRunner forms(prompts);
-    CaPage page({*model, prompts, forms}, [&page] { page.show(true); });
-    ASSERT_TRUE(page.create(host.window()));
-    const HWND count = GetDlgItem(page.hwnd(), IDC_SECTION_COUNT);
-    SetWindowTextW(count, L"256");
-    EXPECT_TRUE(page.changed());
-    RobotThread robot([&](Robot& r) {
-        const HWND box = r.waitBox("请输入 0 和 255 之间的整数。");
-        EXPECT_EQ(GetWindow(box, GW_OWNER), host.window());
-        EXPECT_TRUE(IsWindowVisible(page.hwnd()));
-        r.answer(box, IDOK);
-    });
-    EXPECT_FALSE(page.commit());
-    robot.finish();
-    EXPECT_EQ(focused(Robot(GetCurrentThreadId()), page.hwnd()),
-              std::pair(IDC_SECTION_COUNT, std::string("256")));
-    SetWindowTextW(count, L"3");
-    EXPECT_TRUE(page.commit());
-    EXPECT_EQ(model->tables().caDescriptions.sectionCount, 3);
-    setModalRoot(nullptr);
 }
 
 }  // namespace
