@@ -142,11 +142,6 @@ TEST_F(MainPanelTest, IsThereAtOnceWithItsButtonsAndShowsOnePageAtATime) {
             for (const int other : {21, 23, 29, 30})
                 EXPECT_EQ(r.isChecked(button(other)), other == id);
         }
-    });
-}
-
-TEST_F(MainPanelTest, ListsTheControlTablesAndShowsTheSelectedOne) {
-    drive([this](Robot& r) {
         r.click(panel_.hwnd(), IDC_SHOW_CONTROL_TABLES);
         r.settle();  // another page has a list of the same number
         const HWND list = r.waitControl(panel_.hwnd(), IDC_TABLES);
@@ -154,7 +149,6 @@ TEST_F(MainPanelTest, ListsTheControlTablesAndShowsTheSelectedOne) {
                     ElementsAre("网络信息表", "持续业务复用配置表", "持续业务配置表",
                                 "短时间业务复用配置表", "短时间业务配置表", "加密授权描述表"));
         EXPECT_EQ(r.send(list, LB_GETCURSEL), 0);
-        std::set<HWND> shown;
         for (int table = 0; table < 6; ++table) {
             r.selectListBox(list, table);
             expectNewPage(r, GetParent(list), shown);
