@@ -243,17 +243,13 @@ TEST_F(MonitorPanelTest, CopiesRowsAndBranches) {
     const HWND list = on(IDC_SERVICES), tree = on(IDC_STRUCTURE_TREE);
     press(list, 'A');
     press(list, 'C');
-    EXPECT_EQ(robot_.clipboardText(),
-              "0\t101\t50784\t347\t223\t58\t106\t\t\r\n1\t65535\t900\t\t\t\t\t\t\r\n");
-
+    const std::string copied =
+        "0\t101\t50784\t347\t223\t58\t106\t\t\r\n1\t65535\t900\t\t\t\t\t\t\r\n";
+    EXPECT_EQ(robot_.clipboardText(), copied);
     const auto rows = robot_.treeRows(tree);
-    robot_.selectTreeItem(tree, std::ranges::find(rows, "段1", &host::TreeRow::text)->item);
-    press(tree, 'C');
-    EXPECT_EQ(robot_.clipboardText(),
-              "段1\r\n\tIP包个数:106\r\n\t输入码率:58 Kbps\r\n\t输入字节数:39432 Bytes\r\n");
     robot_.selectTreeItem(tree, std::ranges::find(rows, "子帧0", &host::TreeRow::text)->item);
     press(tree, 'C', false);
-    EXPECT_TRUE(robot_.clipboardText().starts_with("段1")) << "a letter is no command";
+    EXPECT_EQ(robot_.clipboardText(), copied) << "a letter is no command";
     press(tree, 'C');
     EXPECT_TRUE(robot_.clipboardText().starts_with("子帧0\r\n\t子帧ID:1\r\n"));
     EXPECT_TRUE(
