@@ -109,12 +109,6 @@ bool takeImage(Reader& file, std::uint32_t version, ConfigImage& image) {
     return true;
 }
 
-template <class T>
-void append(std::vector<std::uint8_t>& file, const T& object) {
-    const auto bytes = bytesOf(object);
-    file.insert(file.end(), bytes.begin(), bytes.end());
-}
-
 }  // namespace
 
 void convertOldImage(const OldConfigImage& old, ConfigImage& image) {
@@ -131,15 +125,19 @@ void convertOldImage(const OldConfigImage& old, ConfigImage& image) {
 }
 
 std::vector<std::uint8_t> encode(const Configuration& configuration) {
-    std::vector<std::uint8_t> file;
     const FlatChannelList& channels = configuration.channels;
-    file.reserve(sizeof(Header) + channels.size() * sizeof(InputChannelRecord) +
-                 sizeof(ConfigImage) + sizeof(DeviceParamBlock) + sizeof(ServiceDescriptionImage));
-    append(file, Header{currentVersion, {}, static_cast<std::uint32_t>(channels.size())});
-    for (const InputChannelRecord& record : channels) append(file, record);
-    append(file, configuration.image);
-    append(file, configuration.params);
-    append(file, configuration.descriptions);
+    std::vector<std::uint8_t> file(sizeof(Header) + channels.size() * sizeof(InputChannelRecord) +
+                                   sizeof(ConfigImage) + sizeof(DeviceParamBlock) +
+                                   sizeof(ServiceDescriptionImage));
+    auto place = file.begin();
+    const auto put = [&place](const auto& object) {
+        place = std::ranges::copy(bytesOf(object), place).out;
+    };
+    put(Header{currentVersion, {}, static_cast<std::uint32_t>(channels.size())});
+    for (const InputChannelRecord& record : channels) put(record);
+    put(configuration.image);
+    put(configuration.params);
+    put(configuration.descriptions);
     return file;
 }
 
