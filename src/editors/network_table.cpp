@@ -23,7 +23,7 @@ std::string textOf(const CountryCode& code) {
 void enter(const std::string& text, CountryCode& code) {
     if (text == textOf(code)) return;
     code = {};
-    std::ranges::copy(text, code.begin());
+    std::copy_n(text.begin(), std::min(text.size(), code.size() - 1), code.begin());
 }
 
 }  // namespace
