@@ -311,8 +311,8 @@ void fromNetworkOrder(Configuration& configuration) {
 
 const ServiceDescription& descriptionOf(const ServiceRecord& service, TableKind kind,
                                         const ServiceDescriptionImage& last) {
-    if (kind == TableKind::Continuous || service.description != ServiceDescription{})
-        return service.description;
+    static constexpr ServiceDescription none{};
+    if (kind == TableKind::Continuous || service.description != none) return service.description;
     const ServiceDescription* found = findDescription(last, service.serviceId);
     return found ? *found : service.description;
 }
