@@ -13,8 +13,6 @@ namespace {
 using host::Robot;
 using host::RobotThread;
 
-constexpr const char* caption = "加密授权系统配置";
-
 // The control that has the focus, and in an edit what of its text is selected.
 std::pair<int, std::string> focused(const Robot& r, HWND dialog) {
     GUITHREADINFO info{};
@@ -25,44 +23,18 @@ std::pair<int, std::string> focused(const Robot& r, HWND dialog) {
     return {GetDlgCtrlID(info.hwndFocus), r.text(info.hwndFocus).substr(begin, end - begin)};
 }
 
-class FormDialogTest : public testing::Test {
-  protected:
-    // Whether the form was accepted by the operator who does what `script` says.
-    bool run(const std::function<void(Robot&, HWND)>& script) {
-        RobotThread robot([&](Robot& r) { script(r, r.waitDialog(caption)); });
-        return WindowFormRunner(prompts_).run(form_);
-    }
-    static void press(HWND dialog, int control, WORD key) {
-        PostMessageW(GetDlgItem(dialog, control), WM_KEYDOWN, key, 1);
-    }
-    static void enter(Robot& r, HWND dialog, int control, const char* text) {
-        r.setText(GetDlgItem(dialog, control), text);
-    }
-
-    const std::unique_ptr<ConfigModel> model_ = std::make_unique<ConfigModel>();
-    WindowPrompts prompts_;
-    CaSystemForm form_{ConfigChecks(*model_, prompts_), CaSystemEntry{7, 300, 130, 131, 2, 0}};
-};
-
-TEST_F(FormDialogTest, CarriesValuesBothWaysAndEntersByKey) {
-    EXPECT_TRUE(run([](Robot& r, HWND dialog) {
-        EXPECT_EQ(focused(r, dialog), std::pair(IDC_CA_SYSTEM_ID, std::string("7")));
-        EXPECT_EQ(r.text(GetDlgItem(dialog, IDC_ECM_UNIT_TYPE)), "131");
-        EXPECT_EQ(r.comboSelection(GetDlgItem(dialog, IDC_ECM_TRANSFER_MODE)), 2);
-        enter(r, dialog, IDC_CA_SYSTEM_ID, "9");
-        r.selectCombo(GetDlgItem(dialog, IDC_ECM_TRANSFER_MODE), 3);
-        press(dialog, IDC_SERVICE_ID, VK_RETURN);
-    }));
-    EXPECT_EQ(form_.entry(), (CaSystemEntry{9, 300, 130, 131, 3, 0}));
-}
-
 // What the form cannot read, and what it can and will not take.
-TEST_F(FormDialogTest, ARefusalIsSaidOverTheDialogAndGoesBackToItsField) {
+TEST(FormDialog, ARefusalIsSaidOverItAndGoesBackToItsField) {
     constexpr std::pair<const char*, const char*> cases[] = {
         {"12x", "请输入一个整数。"}, {"160", "数据单元类型必须在128~159之间"}};
-    EXPECT_FALSE(run([&cases](Robot& r, HWND dialog) {
+    const auto press = [](HWND dialog, int control, WORD key) {
+        PostMessageW(GetDlgItem(dialog, control), WM_KEYDOWN, key, 1);
+    };
+    RobotThread robot([&](Robot& r) {
+        const HWND dialog = r.waitDialog("加密授权系统配置");
+        EXPECT_EQ(focused(r, dialog), std::pair(IDC_CA_SYSTEM_ID, std::string("7")));
         for (const auto& [entry, message] : cases) {
-            enter(r, dialog, IDC_ECM_UNIT_TYPE, entry);
+            r.setText(GetDlgItem(dialog, IDC_ECM_UNIT_TYPE), entry);
             press(dialog, IDC_CA_SYSTEM_ID, VK_RETURN);
             const HWND box = r.waitBox(message);
             EXPECT_EQ(GetWindow(box, GW_OWNER), dialog);
@@ -73,7 +45,11 @@ TEST_F(FormDialogTest, ARefusalIsSaidOverTheDialogAndGoesBackToItsField) {
             EXPECT_EQ(r.boxDefault(dialog), IDOK);
         }
         press(dialog, IDC_ECM_UNIT_TYPE, VK_ESCAPE);
-    }));
+    });
+    const auto model = std::make_unique<ConfigModel>();
+    WindowPrompts prompts;
+    CaSystemForm form(ConfigChecks(*model, prompts), CaSystemEntry{7, 300, 130, 131, 2, 0});
+    EXPECT_FALSE(WindowFormRunner(prompts).run(form));
 }
 
 }  // namespace
