@@ -195,31 +195,16 @@ TEST_F(EditListViewTest, TheMenuStandsAtTheCursorOrAtTheSelectedRow) {
     EXPECT_EQ(menuArea_.top, row.y);
 }
 
-// What is offered is the editor's to decide.
-TEST_F(EditListViewTest, KeysDoWhatTheMenuOffers) {
-    const struct {
-        WORD key;
-        int row;
-        const char* result;
-        std::vector<std::string> asked;
-    } cases[] = {
-        {VK_INSERT, 1, "aZbcd", {}},
-        {VK_INSERT, -1, "Abcdz", {}},
-        {VK_RETURN, 1, "aEcd", {}},
-        {VK_RETURN, -1, "abcd", {}},
-        {VK_DELETE, 1, "aCd", {"ask 请确认删除"}},
-    };
-    for (const auto& [key, row, result, asked] : cases) {
-        fill("abcd");
-        list_.select(row);
-        prompts_.answers = {true};
-        press(key);
-        EXPECT_EQ(shown(), result) << key;
-        EXPECT_EQ(prompts_.log, asked);
-    }
-    letters_.withRow = {};
+TEST_F(EditListViewTest, InsertAddsAtTheEndWhereOnlyTheRowStandsAgainstIt) {
+    list_.select(1);
     press(VK_INSERT);
-    EXPECT_EQ(shown(), "aCdz") << "only the row stands against it";
+    EXPECT_EQ(shown(), "aZbcd");
+    letters_.withRow = {};
+    for (const WORD key : {VK_INSERT, VK_RETURN, VK_DELETE}) press(key);
+    EXPECT_EQ(shown(), "aZbcdz");
+    letters_.withoutRow = {};
+    press(VK_INSERT);
+    EXPECT_EQ(shown(), "aZbcdz");
 }
 
 TEST_F(EditListViewTest, ADoubleClickEditsTheRowUnderIt) {
