@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "host/robot.h"
+#include "ui/modal.h"
 
 namespace korvane {
 namespace {
@@ -73,6 +74,21 @@ TEST(WindowPrompts, ShowTheHourglassWhileTheyAreBusyAndThenWhatWasThere) {
     EXPECT_TRUE(
         WindowPrompts().whileBusy([] { return GetCursor() == LoadCursorW(nullptr, IDC_WAIT); }));
     EXPECT_EQ(GetCursor(), before);
+}
+
+void CALLBACK takeDown(HWND, UINT, UINT_PTR, DWORD) {
+    dismissModals();
+}
+
+TEST(WindowPrompts, ACommandDoesNotGoOnAfterItsPanelWasTakenDown) {
+    RobotThread robot([](Robot& r) {
+        const HWND box = r.waitAnyBox();
+        // On the windows' own thread, from within the box's message loop.
+        PostMessageW(box, WM_TIMER, 1, reinterpret_cast<LPARAM>(&takeDown));
+        r.waitGone(box);
+    });
+    EXPECT_THROW(WindowPrompts().message("完成"), Interrupted);
+    EXPECT_EQ(ModalScope::depth(), 0);
 }
 
 }  // namespace
