@@ -38,6 +38,8 @@ class EditList {
     // Each shows what dialogs and messages it takes. True when the list has changed.
     virtual bool add(int before) = 0;  // noRow: at the end
     virtual bool edit(int row) = 0;
+    // By double-click, noRow: below the rows. Some lists take it where their menu offers nothing.
+    virtual bool open(int row) { return row != noRow && offer(row).edit && edit(row); }
     virtual bool remove(int row) = 0;  // has been confirmed, if that is asked for
     // A list that asks nothing loses its first selected row alone.
     virtual bool asksBeforeRemoval() const { return true; }

@@ -28,6 +28,9 @@ class FieldControls {
     virtual Ipv4 address(int control) const = 0;
     virtual void setAddress(int control, const Ipv4& address) = 0;
 
+    // Of a bar: what is above 100 shows as full, in the colour of a warning.
+    virtual void setLevel(int control, int percent) = 0;
+
     virtual void setEnabled(int control, bool enabled) = 0;
     virtual void setVisible(int control, bool visible) = 0;
     // Gives it the focus and selects its text.

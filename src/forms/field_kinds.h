@@ -31,7 +31,7 @@ class ShownField : public Field {
     bool changed(const FieldControls& controls) const final { return current(controls) != shown_; }
     std::string parse(const FieldControls& controls) final {
         pending_ = original_;
-        return changed(controls) ? entered(current(controls), pending_) : std::string();
+        return changed(controls) ? entered(current(controls), pending_) : untouched(original_);
     }
     void take() final { value_ = pending_; }
 
@@ -40,6 +40,8 @@ class ShownField : public Field {
     virtual Shown current(const FieldControls& controls) const = 0;
     // What the operator entered, as a value; the message of a refusal, or empty.
     virtual std::string entered(const Shown& shown, T& value) const = 0;
+    // Of a value that nobody touched: why it may not stay, or empty.
+    virtual std::string untouched(const T&) const { return {}; }
 
   private:
     T& value_;
@@ -77,13 +79,17 @@ class NumberField : public ShownField<T, std::string> {
 template <class T>
 class ChoiceField : public ShownField<T, int> {
   public:
-    ChoiceField(int control, T& value, std::span<const std::string_view> items)
-        : ShownField<T, int>(control, value), items_(items) {}
+    ChoiceField(int control, T& value, std::span<const std::string_view> items,
+                std::string_view name)
+        : ShownField<T, int>(control, value), items_(items), name_(name) {}
 
   private:
+    // What a value that there is no item for shows as, and whether it may stay.
+    bool staysEmpty() const { return !name_.empty(); }
     void put(FieldControls& controls, const T& value) override {
+        const int other = staysEmpty() ? -1 : 0;
         controls.setItems(this->control(), items_);
-        controls.select(this->control(), value < items_.size() ? static_cast<int>(value) : 0);
+        controls.select(this->control(), value < items_.size() ? static_cast<int>(value) : other);
     }
     int current(const FieldControls& controls) const override {
         return controls.selected(this->control());
@@ -92,8 +98,13 @@ class ChoiceField : public ShownField<T, int> {
         value = static_cast<T>(index);
         return {};
     }
+    std::string untouched(const T& value) const override {
+        return staysEmpty() && value >= items_.size() ? "请选择" + std::string(name_)
+                                                      : std::string();
+    }
 
     std::span<const std::string_view> items_;
+    std::string_view name_;
 };
 
 template <class T>

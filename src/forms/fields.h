@@ -23,10 +23,12 @@ class Fields {
     void megahertz(int control, std::uint32_t& value);
     // GBK text. `name` is what the operator calls it; one of more than `limit` bytes is refused.
     void text(int control, std::string& gbk, std::string_view name, std::size_t limit = SIZE_MAX);
-    // The index of an item of a drop-down list; a value that there is no item for shows as the
-    // first one.
+    // The index of an item of a drop-down list. A value that there is no item for shows as the
+    // first one; with `name`, what the operator calls the choice, as none, and they are asked to
+    // make it.
     template <std::unsigned_integral T>
-    void choice(int control, T& value, std::span<const std::string_view> items);
+    void choice(int control, T& value, std::span<const std::string_view> items,
+                std::string_view name = {});
     // A check box, checked for any value but 0, and stored as 1 or 0; `enables`, if any, is a
     // control that is enabled only while it is checked.
     template <class T>
@@ -53,8 +55,9 @@ void Fields::number(int control, T& value, std::uint32_t least, std::uint32_t mo
 }
 
 template <std::unsigned_integral T>
-void Fields::choice(int control, T& value, std::span<const std::string_view> items) {
-    fields_.push_back(std::make_unique<ChoiceField<T>>(control, value, items));
+void Fields::choice(int control, T& value, std::span<const std::string_view> items,
+                    std::string_view name) {
+    fields_.push_back(std::make_unique<ChoiceField<T>>(control, value, items, name));
 }
 
 template <class T>

@@ -1,6 +1,8 @@
 #include "ui/controls.h"
 
+#include <algorithm>
 #include <charconv>
+#include <uxtheme.h>
 
 #include "text/text.h"
 
@@ -92,6 +94,16 @@ void Tab::append(std::string_view text) const {
     item.pszText = wide.data();
     const auto count = static_cast<WPARAM>(send(TCM_GETITEMCOUNT));
     send(TCM_INSERTITEMW, count, reinterpret_cast<LPARAM>(&item));
+}
+
+void LevelBar::setUp() const {
+    SetWindowTheme(window(), L"", L"");
+}
+
+void LevelBar::setLevel(int percent) const {
+    constexpr COLORREF within = RGB(46, 139, 87), warning = RGB(205, 38, 38);
+    send(PBM_SETBARCOLOR, 0, static_cast<LPARAM>(percent > 100 ? warning : within));
+    send(PBM_SETPOS, static_cast<WPARAM>(std::min(percent, 100)));
 }
 
 HTREEITEM Tree::append(HTREEITEM parent, std::string_view text) const {

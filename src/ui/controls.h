@@ -125,6 +125,16 @@ class ProgressBar : public Control {
     int position() const { return static_cast<int>(send(PBM_GETPOS)); }
 };
 
+// A progress bar that shows how much of something is taken, not how far something has come.
+class LevelBar : public Control {
+  public:
+    using Control::Control;
+    // Once: the system's own looks know no colours.
+    void setUp() const;
+    // In percent; what is above 100 shows as full, in the colour of a warning.
+    void setLevel(int percent) const;
+};
+
 class Tree : public Control {
   public:
     using Control::Control;

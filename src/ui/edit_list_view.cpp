@@ -66,7 +66,7 @@ bool EditListView::onNotify(const NMHDR& header) {
 
 // With Ctrl held, the click leaves other rows selected.
 void EditListView::onDoubleClick(int row) {
-    if (row != EditList::noRow) refillIf(editor_.edit({row}));
+    refillIf(list_.open(row));
 }
 
 bool EditListView::onKey(const NMLVKEYDOWN& key) {

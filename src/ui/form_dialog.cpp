@@ -32,6 +32,9 @@ Ipv4 DialogControls::address(int control) const {
 void DialogControls::setAddress(int control, const Ipv4& address) {
     at<IpBox>(control).setAddress(address);
 }
+void DialogControls::setLevel(int control, int percent) {
+    at<LevelBar>(control).setLevel(percent);
+}
 void DialogControls::setEnabled(int control, bool enabled) {
     at<Control>(control).enable(enabled);
 }

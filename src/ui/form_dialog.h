@@ -23,6 +23,7 @@ class DialogControls : public FieldControls {
     void setChecked(int control, bool checked) override;
     Ipv4 address(int control) const override;
     void setAddress(int control, const Ipv4& address) override;
+    void setLevel(int control, int percent) override;
     void setEnabled(int control, bool enabled) override;
     void setVisible(int control, bool visible) override;
     void focus(int control) override;

@@ -23,12 +23,13 @@ class ScriptedControls : public FieldControls {
     void setChecked(int control, bool checked) override { checks[control] = checked; }
     Ipv4 address(int control) const override { return value(addresses, control); }
     void setAddress(int control, const Ipv4& address) override { addresses[control] = address; }
+    void setLevel(int control, int percent) override { levels[control] = percent; }
     void setEnabled(int control, bool enabled) override { enabledOnes[control] = enabled; }
     void setVisible(int control, bool visible) override { visibleOnes[control] = visible; }
     void focus(int control) override { focused = control; }
 
     std::map<int, std::string> texts;
-    std::map<int, int> selections;
+    std::map<int, int> selections, levels;
     std::map<int, std::vector<std::string>> items;
     std::map<int, bool> checks, enabledOnes, visibleOnes;
     std::map<int, Ipv4> addresses;
@@ -51,21 +52,30 @@ class ScriptedForms : public FormRunner {
     explicit ScriptedForms(Prompts& prompts) : prompts_(prompts) {}
 
     bool run(Form& form) override {
-        controls = {};
+        ScriptedControls own;
         ++shown;
-        FormExchange exchange(form, controls, prompts_);
-        exchange.show();
-        if (script.empty()) return false;
-        script.front()(controls);
-        script.pop_front();
-        return exchange.accept();
+        const bool accepted = fillIn(form, own);
+        controls = std::move(own);
+        return accepted;
     }
 
     std::deque<Entries> script;
+    Form* current = nullptr;    // that is filled in: it may show others
     ScriptedControls controls;  // of the last form
     int shown = 0;              // forms so far
 
   private:
+    bool fillIn(Form& form, ScriptedControls& own) {
+        FormExchange exchange(form, own, prompts_);
+        exchange.show();
+        if (script.empty()) return false;
+        const Entries enter = std::move(script.front());
+        script.pop_front();
+        current = &form;
+        enter(own);
+        return exchange.accept();
+    }
+
     Prompts& prompts_;
 };
 
