@@ -1,6 +1,7 @@
 #include "panel/page_set.h"
 
 #include "editors/ca_page.h"
+#include "editors/frame_list_page.h"
 #include "editors/input_channel_page.h"
 #include "editors/network_page.h"
 #include "editors/service_frequency_page.h"
@@ -17,10 +18,10 @@ PageSet makePages(const PageSurroundings& surroundings) {
                   std::make_unique<Page>(IDD_SYSTEM_PAGE),
                   {}};
     pages.tables.push_back(std::make_unique<NetworkPage>(editing, reveal));
-    pages.tables.push_back(std::make_unique<Page>(IDD_FRAME_LIST_PAGE));
+    pages.tables.push_back(std::make_unique<FrameListPage>(editing, TableKind::Continuous));
     pages.tables.push_back(
         std::make_unique<ServiceFrequencyPage>(editing, reveal, TableKind::Continuous));
-    pages.tables.push_back(std::make_unique<Page>(IDD_FRAME_LIST_PAGE));
+    pages.tables.push_back(std::make_unique<FrameListPage>(editing, TableKind::ShortTime));
     pages.tables.push_back(
         std::make_unique<ServiceFrequencyPage>(editing, reveal, TableKind::ShortTime));
     pages.tables.push_back(std::make_unique<CaPage>(editing, reveal));

@@ -17,9 +17,12 @@ using Controls = std::vector<HWND>;
 const std::set<std::array<int, 3>> alternatives = {};
 
 // All fields that the operator cannot write in: {dialog, control}.
-const std::set<std::pair<int, int>> readOnlyFields = {{IDD_NETWORK_PAGE, IDC_NETWORK_TABLE_ID},
-                                                      {IDD_SERVICE_FREQUENCY_PAGE, IDC_TABLE_ID},
-                                                      {IDD_CA_PAGE, IDC_TABLE_ID}};
+const std::set<std::pair<int, int>> readOnlyFields = {
+    {IDD_NETWORK_PAGE, IDC_NETWORK_TABLE_ID},
+    {IDD_SERVICE_FREQUENCY_PAGE, IDC_TABLE_ID},
+    {IDD_CA_PAGE, IDC_TABLE_ID},
+    {IDD_FRAME_LIST_PAGE, IDC_TABLE_ID},
+    {IDD_FRAME_LIST_PAGE, IDC_TABLE_CHANNEL_NUMBER}};
 
 INT_PTR CALLBACK leaveAll(HWND, UINT, WPARAM, LPARAM) {
     return FALSE;
