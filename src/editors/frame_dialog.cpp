@@ -11,11 +11,6 @@ FrameDialog::FrameDialog(FrameForm& form, Prompts& prompts)
     addList(form.subFrames(), IDC_SUB_FRAMES, firstListMenu);
 }
 
-bool FrameDialog::onInit() {
-    control<LevelBar>(IDC_CAPACITY_BAR).setUp();
-    return FormDialog::onInit();
-}
-
 std::optional<LRESULT> FrameDialog::onSent(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case askServiceId:
@@ -30,6 +25,13 @@ std::optional<LRESULT> FrameDialog::onSent(UINT message, WPARAM wParam, LPARAM l
         default:
             return std::nullopt;
     }
+}
+
+std::optional<INT_PTR> FrameDialog::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message != WM_DRAWITEM) return FormDialog::onMessage(message, wParam, lParam);
+    const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
+    LevelBar(item.hwndItem).draw(item.hDC);
+    return TRUE;
 }
 
 }  // namespace korvane

@@ -20,8 +20,8 @@ class FrameDialog : public FormDialog {
     FrameDialog(FrameForm& form, Prompts& prompts);
 
   protected:
-    bool onInit() override;
     std::optional<LRESULT> onSent(UINT message, WPARAM wParam, LPARAM lParam) override;
+    std::optional<INT_PTR> onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
     FrameForm& frame_;

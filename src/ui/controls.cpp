@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <uxtheme.h>
 
 #include "text/text.h"
 
@@ -96,14 +95,21 @@ void Tab::append(std::string_view text) const {
     send(TCM_INSERTITEMW, count, reinterpret_cast<LPARAM>(&item));
 }
 
-void LevelBar::setUp() const {
-    SetWindowTheme(window(), L"", L"");
+void LevelBar::setLevel(int percent) const {
+    SetWindowLongPtrW(window(), GWLP_USERDATA, percent);
+    InvalidateRect(window(), nullptr, FALSE);
 }
 
-void LevelBar::setLevel(int percent) const {
-    constexpr COLORREF within = RGB(46, 139, 87), warning = RGB(205, 38, 38);
-    send(PBM_SETBARCOLOR, 0, static_cast<LPARAM>(percent > 100 ? warning : within));
-    send(PBM_SETPOS, static_cast<WPARAM>(std::min(percent, 100)));
+void LevelBar::draw(HDC surface) const {
+    constexpr COLORREF taken = RGB(46, 139, 87), warning = RGB(205, 38, 38);
+    RECT area{};
+    GetClientRect(window(), &area);
+    FillRect(surface, &area, GetSysColorBrush(COLOR_WINDOW));
+    RECT filled = area;
+    filled.right = MulDiv(area.right, std::min(level(), 100), 100);
+    SetDCBrushColor(surface, level() > 100 ? warning : taken);
+    FillRect(surface, &filled, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+    FrameRect(surface, &area, GetSysColorBrush(COLOR_BTNSHADOW));
 }
 
 HTREEITEM Tree::append(HTREEITEM parent, std::string_view text) const {

@@ -125,14 +125,16 @@ class ProgressBar : public Control {
     int position() const { return static_cast<int>(send(PBM_GETPOS)); }
 };
 
-// A progress bar that shows how much of something is taken, not how far something has come.
+// How much of something is taken: a static control that its owner draws, for the looks of the
+// system's own bars know no warning.
 class LevelBar : public Control {
   public:
     using Control::Control;
-    // Once: the system's own looks know no colours.
-    void setUp() const;
     // In percent; what is above 100 shows as full, in the colour of a warning.
     void setLevel(int percent) const;
+    int level() const { return static_cast<int>(GetWindowLongPtrW(window(), GWLP_USERDATA)); }
+    // For WM_DRAWITEM of its owner.
+    void draw(HDC surface) const;
 };
 
 class Tree : public Control {

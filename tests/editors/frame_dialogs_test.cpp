@@ -1,0 +1,135 @@
+#include <gtest/gtest.h>
+
+#include "editors/form_windows.h"
+#include "editors/frame_dialog.h"
+#include "editors/frame_list_page.h"
+#include "host/robot.h"
+#include "resources/ids.h"
+#include "support/configurations.h"
+#include "support/scripted_prompts.h"
+#include "support/test_host.h"
+#include "ui/window_prompts.h"
+
+namespace korvane {
+namespace {
+
+using host::Robot;
+using host::RobotThread;
+
+class FrameDialogs : public testing::Test {
+  protected:
+    FrameDialogs() {
+        useEditorWindows(forms_);
+        MultiplexFrame frame = test::frame(0, {test::service(1, 100), test::service(2, 200)});
+        frame.timeSlots.append(0);
+        frame.services[0].components.append(test::channel(ChannelType::Dra, 1, 5000));
+        frame.services[0].bandwidth = 70'000;
+        model_->addFrame(TableKind::Continuous, frame);
+        frame.id = 1;
+        frame.services.clear();
+        model_->addFrame(TableKind::Continuous, frame);
+    }
+    static HWND at(HWND dialog, int id) { return GetDlgItem(dialog, id); }
+    // What the controls of a dialog show, those that the operator enters in or reads.
+    static std::string shownBy(const Robot& r, HWND dialog) {
+        std::string all;
+        for (HWND one = GetWindow(dialog, GW_CHILD); one; one = GetWindow(one, GW_HWNDNEXT))
+            if (GetDlgCtrlID(one) > 2) all += r.text(one) + '|';
+        return all;
+    }
+    static std::string menuOf(const Robot& r, HWND list, int row) {
+        r.rightClickRow(list, row);
+        std::string texts;
+        for (const host::PopupItem& item : r.waitPopup()) texts += item.text;
+        return texts;
+    }
+    static void end(const Robot& r, HWND dialog, int button) {
+        r.click(dialog, button);
+        r.waitGone(dialog);
+        r.settle();
+    }
+    static void configure(const Robot& r, const char* before, const char* after) {
+        const HWND dialog = r.waitDialog("时隙配置");
+        EXPECT_EQ(r.text(at(dialog, IDC_SLOT_NUMBER)), before);
+        r.setText(at(dialog, IDC_SLOT_NUMBER), after);
+        end(r, dialog, IDOK);
+    }
+
+    test::TestHost host_;
+    std::unique_ptr<ConfigModel> model_ = std::make_unique<ConfigModel>();
+    WindowPrompts prompts_;
+    WindowFormRunner forms_{prompts_};
+};
+
+TEST_F(FrameDialogs, OpenFromThePageAndShowWhatIsEntered) {
+    FrameListPage page({*model_, prompts_, forms_}, TableKind::Continuous);
+    page.create(host_.window());
+    page.show(true);
+    const HWND list = at(page.hwnd(), IDC_FRAME_LIST);
+    RobotThread([&](Robot& r) {
+        EXPECT_EQ(shownBy(r, page.hwnd()), "2|0||");
+        EXPECT_EQ(menuOf(r, list, 1), "添加修改删除");
+        r.dismissPopup();
+        EXPECT_EQ(menuOf(r, list, 0), "修改");
+        r.choosePopup("修改");
+        HWND dialog = r.waitDialog("复用帧配置");
+        host_.run([&] { EXPECT_EQ(GetFocus(), at(dialog, IDC_FRAME_ID)); });
+        EXPECT_EQ(shownBy(r, dialog),
+                  "0|(240, 240)|保留|BPSK|1/2|模式0|共1个||共2个||"
+                  "信道带宽 69120 bps，已用 70000 bps，超出 880 bps||");
+        const HWND slots = at(dialog, IDC_TIME_SLOTS), services = at(dialog, IDC_SUB_FRAMES);
+        const LevelBar bar(at(dialog, IDC_CAPACITY_BAR));
+        r.selectCombo(at(dialog, IDC_MODULATION), 0);
+        EXPECT_GT(bar.level(), 100);
+        EXPECT_EQ(menuOf(r, slots, 0), "配置时隙");
+        r.choosePopup("配置时隙");
+        configure(r, "1", "2");
+        EXPECT_EQ(r.listRows(slots).size(), 2u);
+        EXPECT_EQ(r.text(at(dialog, IDC_CAPACITY_TEXT)),
+                  "信道带宽 138240 bps，已用 70000 bps，剩余 68240 bps");
+        EXPECT_EQ(bar.level(), 50);
+        r.key(services, VK_DELETE);
+        r.key(services, VK_INSERT);
+        r.rightClickRow(services, 0);
+        r.settle();
+        EXPECT_EQ(r.listRows(services).size(), 2u);
+        r.doubleClickRow(slots, 0);
+        configure(r, "2", "3");
+        end(r, dialog, IDOK);
+        EXPECT_EQ(r.listRows(list)[0],
+                  (ListRow{"0", "(240, 240)", "保留", "1/2", "BPSK", "模式0"}));
+    }).finish();
+    EXPECT_EQ(model_->tables().continuous.frames[1].timeSlots.back(), 3);
+}
+
+TEST_F(FrameDialogs, AnswerMessages) {
+    test::ScriptedPrompts said;
+    FrameForm form({*model_, said, forms_}, {TableKind::Continuous, 0});
+    RobotThread robot([&](Robot& r) {
+        const HWND dialog = r.waitDialog("复用帧配置");
+        std::vector<InputChannelRecord> channels;
+        for (const std::uint8_t i : {1, 2})
+            channels.push_back(test::channel(ChannelType::Dra, i, 5000));
+        const auto ask = [&](UINT message, WPARAM about) {
+            return r.send(dialog, message, about, &channels);
+        };
+        EXPECT_EQ(ask(1001, 100), -1);
+        EXPECT_EQ(ask(1001, 65536), -2);
+        EXPECT_EQ(ask(1001, 300), 0);
+        EXPECT_EQ(ask(1002, 100), 0);
+        EXPECT_EQ(channels.size(), 2u);
+        EXPECT_EQ(ask(1002, 200), 0);
+        EXPECT_EQ(channels.size(), 1u);
+        EXPECT_EQ(ask(1003, 1), 1) << "it has more already";
+        EXPECT_EQ(ask(1003, 0x80000000), 0) << "signed";
+        EXPECT_EQ(ask(1010, 2), -1);
+        EXPECT_EQ(ask(1010, 3), 0);
+        for (UINT message = 1004; message < 1010; ++message) EXPECT_EQ(ask(message, 1), 0);
+        EXPECT_EQ(said.log.size(), 4u);
+        r.click(dialog, IDCANCEL);
+    });
+    EXPECT_EQ(FrameDialog(form, said).showModal(), IDCANCEL);
+}
+
+}  // namespace
+}  // namespace korvane
