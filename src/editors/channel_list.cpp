@@ -1,39 +1,17 @@
 #include "editors/channel_list.h"
 
 #include "editors/channel_form.h"
-#include "model/channel_text.h"
+#include "editors/channel_rows.h"
 #include "model/edit_result.h"
 
 namespace korvane {
-namespace {
-
-bool hasSampleRate(ChannelType type) {
-    return type == ChannelType::Audio || type == ChannelType::Dra;
-}
-
-bool hasCoding(ChannelType type) {
-    return type == ChannelType::Video || hasSampleRate(type);
-}
-
-}  // namespace
 
 std::vector<ListColumn> ChannelList::columns() const {
-    std::vector<ListColumn> columns = {{"序号", 45}, {"输入方式", 80}, {"接收地址", 120}};
-    if (hasCoding(type_)) columns.push_back({"编码类型", 80});
-    if (hasSampleRate(type_)) columns.push_back({"采样率", 80});
-    return columns;
+    return channelColumns(type_);
 }
 
 std::vector<ListRow> ChannelList::rows() const {
-    std::vector<ListRow> rows;
-    for (const InputChannelRecord& channel : channels()) {
-        ListRow row = {std::to_string(rows.size()), std::string(inputMode(channel)),
-                       receiveAddress(channel)};
-        if (hasCoding(type_)) row.push_back(codingName(channel));
-        if (hasSampleRate(type_)) row.push_back(sampleRateName(channel));
-        rows.push_back(std::move(row));
-    }
-    return rows;
+    return channelRows({channels().begin(), channels().size()}, type_);
 }
 
 // The limit is that of all types together, and the store's to know.

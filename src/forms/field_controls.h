@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace korvane {
 
@@ -24,6 +25,9 @@ class FieldControls {
     // Of a check box.
     virtual bool checked(int control) const = 0;
     virtual void setChecked(int control, bool checked) = 0;
+    // Of a list with a check box in each row, in ascending order.
+    virtual std::vector<int> checkedRows(int control) const = 0;
+    virtual void setCheckedRows(int control, const std::vector<int>& rows) = 0;
     // Of an IP address box; what is blank counts as 0.
     virtual Ipv4 address(int control) const = 0;
     virtual void setAddress(int control, const Ipv4& address) = 0;

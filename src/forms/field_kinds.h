@@ -132,4 +132,27 @@ class FlagField : public ShownField<T, bool> {
     int enables_;
 };
 
+// What the form itself puts into the control: the table only reads it.
+template <class T, T (FieldControls::*Current)(int) const>
+class ReadField : public Field {
+  public:
+    ReadField(int control, T& value) : Field(control), value_(value) {}
+
+    void show(FieldControls& controls) override { shown_ = current(controls); }
+    bool changed(const FieldControls& controls) const override {
+        return current(controls) != shown_;
+    }
+    std::string parse(const FieldControls& controls) override {
+        pending_ = current(controls);
+        return {};
+    }
+    void take() override { value_ = pending_; }
+
+  private:
+    T current(const FieldControls& controls) const { return (controls.*Current)(control()); }
+
+    T& value_;
+    T shown_{}, pending_{};
+};
+
 }  // namespace korvane

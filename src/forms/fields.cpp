@@ -91,6 +91,16 @@ void Fields::address(int control, Ipv4& value) {
     fields_.push_back(std::make_unique<AddressField>(control, value));
 }
 
+void Fields::selection(int control, int& index) {
+    using SelectionField = ReadField<int, &FieldControls::selected>;
+    fields_.push_back(std::make_unique<SelectionField>(control, index));
+}
+
+void Fields::checkedRows(int control, std::vector<int>& rows) {
+    using RowsField = ReadField<std::vector<int>, &FieldControls::checkedRows>;
+    fields_.push_back(std::make_unique<RowsField>(control, rows));
+}
+
 void Fields::show(FieldControls& controls) {
     for (const auto& field : fields_) field->show(controls);
 }

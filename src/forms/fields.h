@@ -34,6 +34,10 @@ class Fields {
     template <class T>
     void flag(int control, T& value, int enables = 0);
     void address(int control, Ipv4& value);
+    // The selected item of a drop-down list that the form itself fills; -1 for none.
+    void selection(int control, int& index);
+    // The checked rows of a list that the form's window fills.
+    void checkedRows(int control, std::vector<int>& rows);
 
     void show(FieldControls& controls);
     bool changed(const FieldControls& controls) const;

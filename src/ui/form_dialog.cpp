@@ -1,5 +1,7 @@
 #include "ui/form_dialog.h"
 
+#include <algorithm>
+
 #include "text/text.h"
 #include "ui/controls.h"
 
@@ -25,6 +27,18 @@ bool DialogControls::checked(int control) const {
 }
 void DialogControls::setChecked(int control, bool checked) {
     at<CheckBox>(control).setChecked(checked);
+}
+std::vector<int> DialogControls::checkedRows(int control) const {
+    const auto list = at<ListView>(control);
+    std::vector<int> rows;
+    for (int row = 0; row < list.count(); ++row)
+        if (list.checked(row)) rows.push_back(row);
+    return rows;
+}
+void DialogControls::setCheckedRows(int control, const std::vector<int>& rows) {
+    const auto list = at<ListView>(control);
+    for (int row = 0; row < list.count(); ++row)
+        list.setChecked(row, std::ranges::find(rows, row) != rows.end());
 }
 Ipv4 DialogControls::address(int control) const {
     return at<IpBox>(control).address();

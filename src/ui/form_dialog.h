@@ -21,6 +21,8 @@ class DialogControls : public FieldControls {
     void setItems(int control, std::span<const std::string_view> items) override;
     bool checked(int control) const override;
     void setChecked(int control, bool checked) override;
+    std::vector<int> checkedRows(int control) const override;
+    void setCheckedRows(int control, const std::vector<int>& rows) override;
     Ipv4 address(int control) const override;
     void setAddress(int control, const Ipv4& address) override;
     void setLevel(int control, int percent) override;

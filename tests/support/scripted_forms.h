@@ -21,6 +21,10 @@ class ScriptedControls : public FieldControls {
     }
     bool checked(int control) const override { return value(checks, control); }
     void setChecked(int control, bool checked) override { checks[control] = checked; }
+    std::vector<int> checkedRows(int control) const override { return value(rows, control); }
+    void setCheckedRows(int control, const std::vector<int>& checked) override {
+        rows[control] = checked;
+    }
     Ipv4 address(int control) const override { return value(addresses, control); }
     void setAddress(int control, const Ipv4& address) override { addresses[control] = address; }
     void setLevel(int control, int percent) override { levels[control] = percent; }
@@ -32,6 +36,7 @@ class ScriptedControls : public FieldControls {
     std::map<int, int> selections, levels;
     std::map<int, std::vector<std::string>> items;
     std::map<int, bool> checks, enabledOnes, visibleOnes;
+    std::map<int, std::vector<int>> rows;  // those that are checked
     std::map<int, Ipv4> addresses;
     int focused = 0;
 
