@@ -25,23 +25,14 @@ class FrameDialogs : public testing::Test {
         frame.services[0].components.append(test::channel(ChannelType::Dra, 1, 5000));
         frame.services[0].bandwidth = 70'000;
         model_->addFrame(TableKind::Continuous, frame);
-        frame.id = 1;
-        frame.services.clear();
-        model_->addFrame(TableKind::Continuous, frame);
     }
     static HWND at(HWND dialog, int id) { return GetDlgItem(dialog, id); }
-    // What the controls of a dialog show, those that the operator enters in or reads.
+    // What the controls of a dialog show that have a number.
     static std::string shownBy(const Robot& r, HWND dialog) {
         std::string all;
         for (HWND one = GetWindow(dialog, GW_CHILD); one; one = GetWindow(one, GW_HWNDNEXT))
-            if (GetDlgCtrlID(one) > 2) all += r.text(one) + '|';
+            if (GetDlgCtrlID(one) > IDCANCEL) all += r.text(one) + '|';
         return all;
-    }
-    static std::string menuOf(const Robot& r, HWND list, int row) {
-        r.rightClickRow(list, row);
-        std::string texts;
-        for (const host::PopupItem& item : r.waitPopup()) texts += item.text;
-        return texts;
     }
     static void end(const Robot& r, HWND dialog, int button) {
         r.click(dialog, button);
@@ -53,6 +44,12 @@ class FrameDialogs : public testing::Test {
         EXPECT_EQ(r.text(at(dialog, IDC_SLOT_NUMBER)), before);
         r.setText(at(dialog, IDC_SLOT_NUMBER), after);
         end(r, dialog, IDOK);
+    }
+    // Chooses the one item that the menu of the first row has.
+    static void chooseOnly(const Robot& r, HWND list, const char* item) {
+        r.rightClickRow(list, 0);
+        EXPECT_EQ(r.waitPopup().size(), 1u);
+        r.choosePopup(item);
     }
 
     test::TestHost host_;
@@ -68,10 +65,7 @@ TEST_F(FrameDialogs, OpenFromThePageAndShowWhatIsEntered) {
     const HWND list = at(page.hwnd(), IDC_FRAME_LIST);
     RobotThread([&](Robot& r) {
         EXPECT_EQ(shownBy(r, page.hwnd()), "2|0||");
-        EXPECT_EQ(menuOf(r, list, 1), "添加修改删除");
-        r.dismissPopup();
-        EXPECT_EQ(menuOf(r, list, 0), "修改");
-        r.choosePopup("修改");
+        chooseOnly(r, list, "修改");
         HWND dialog = r.waitDialog("复用帧配置");
         host_.run([&] { EXPECT_EQ(GetFocus(), at(dialog, IDC_FRAME_ID)); });
         EXPECT_EQ(shownBy(r, dialog),
@@ -79,30 +73,31 @@ TEST_F(FrameDialogs, OpenFromThePageAndShowWhatIsEntered) {
                   "信道带宽 69120 bps，已用 70000 bps，超出 880 bps||");
         const HWND slots = at(dialog, IDC_TIME_SLOTS), services = at(dialog, IDC_SUB_FRAMES);
         const LevelBar bar(at(dialog, IDC_CAPACITY_BAR));
-        r.selectCombo(at(dialog, IDC_MODULATION), 0);
-        EXPECT_GT(bar.level(), 100);
-        EXPECT_EQ(menuOf(r, slots, 0), "配置时隙");
-        r.choosePopup("配置时隙");
+        EXPECT_EQ(bar.level(), 101);
+        chooseOnly(r, slots, "配置时隙");
         configure(r, "1", "2");
-        EXPECT_EQ(r.listRows(slots).size(), 2u);
-        EXPECT_EQ(r.text(at(dialog, IDC_CAPACITY_TEXT)),
-                  "信道带宽 138240 bps，已用 70000 bps，剩余 68240 bps");
         EXPECT_EQ(bar.level(), 50);
+        r.selectCombo(at(dialog, IDC_MODULATION), 1);
+        EXPECT_EQ(bar.level(), 25);
         r.key(services, VK_DELETE);
         r.key(services, VK_INSERT);
         r.rightClickRow(services, 0);
         r.settle();
-        EXPECT_EQ(r.listRows(services).size(), 2u);
+        EXPECT_EQ(r.listRows(services).size(), 2u) << "and nothing is open";
         r.doubleClickRow(slots, 0);
         configure(r, "2", "3");
+        EXPECT_EQ(r.listRows(slots).size(), 3u);
         end(r, dialog, IDOK);
         EXPECT_EQ(r.listRows(list)[0],
-                  (ListRow{"0", "(240, 240)", "保留", "1/2", "BPSK", "模式0"}));
+                  (ListRow{"0", "(240, 240)", "保留", "1/2", "QPSK", "模式0"}));
     }).finish();
-    EXPECT_EQ(model_->tables().continuous.frames[1].timeSlots.back(), 3);
 }
 
 TEST_F(FrameDialogs, AnswerMessages) {
+    constexpr std::tuple<UINT, WPARAM, LRESULT, std::size_t> questions[] = {
+        {1001, 100, -1, 2}, {1001, 65536, -2, 2}, {1001, 300, 0, 2}, {1002, 100, 0, 2},
+        {1002, 200, 0, 1},  {1003, 1, 1, 1},      {1004, 1, 0, 1},   {1009, 1, 0, 1},
+        {1010, 2, -1, 1},   {1010, 3, 0, 1}};
     test::ScriptedPrompts said;
     FrameForm form({*model_, said, forms_}, {TableKind::Continuous, 0});
     RobotThread robot([&](Robot& r) {
@@ -110,21 +105,10 @@ TEST_F(FrameDialogs, AnswerMessages) {
         std::vector<InputChannelRecord> channels;
         for (const std::uint8_t i : {1, 2})
             channels.push_back(test::channel(ChannelType::Dra, i, 5000));
-        const auto ask = [&](UINT message, WPARAM about) {
-            return r.send(dialog, message, about, &channels);
-        };
-        EXPECT_EQ(ask(1001, 100), -1);
-        EXPECT_EQ(ask(1001, 65536), -2);
-        EXPECT_EQ(ask(1001, 300), 0);
-        EXPECT_EQ(ask(1002, 100), 0);
-        EXPECT_EQ(channels.size(), 2u);
-        EXPECT_EQ(ask(1002, 200), 0);
-        EXPECT_EQ(channels.size(), 1u);
-        EXPECT_EQ(ask(1003, 1), 1) << "it has more already";
-        EXPECT_EQ(ask(1003, 0x80000000), 0) << "signed";
-        EXPECT_EQ(ask(1010, 2), -1);
-        EXPECT_EQ(ask(1010, 3), 0);
-        for (UINT message = 1004; message < 1010; ++message) EXPECT_EQ(ask(message, 1), 0);
+        for (const auto& [message, about, answer, left] : questions) {
+            EXPECT_EQ(r.send(dialog, message, about, &channels), answer) << message;
+            EXPECT_EQ(channels.size(), left);
+        }
         EXPECT_EQ(said.log.size(), 4u);
         r.click(dialog, IDCANCEL);
     });
