@@ -20,6 +20,8 @@ class FrameDialogs : public testing::Test {
   protected:
     FrameDialogs() {
         useEditorWindows(forms_);
+        model_->setMultiplexHeader({2, 33, 1});
+        model_->setMultiplexHeader({4, 34, 1});
         MultiplexFrame frame = test::frame(0, {test::service(1, 100), test::service(2, 200)});
         frame.timeSlots.append(0);
         frame.services[0].components.append(test::channel(ChannelType::Dra, 1, 5000));
@@ -60,11 +62,13 @@ class FrameDialogs : public testing::Test {
 
 TEST_F(FrameDialogs, OpenFromThePageAndShowWhatIsEntered) {
     FrameListPage page({*model_, prompts_, forms_}, TableKind::Continuous);
+    FrameListPage other({*model_, prompts_, forms_}, TableKind::ShortTime);
+    other.create(host_.window());
     page.create(host_.window());
     page.show(true);
     const HWND list = at(page.hwnd(), IDC_FRAME_LIST);
     RobotThread([&](Robot& r) {
-        EXPECT_EQ(shownBy(r, page.hwnd()), "2|0||");
+        EXPECT_EQ(shownBy(r, page.hwnd()) + shownBy(r, other.hwnd()), "2|33||4|34||");
         chooseOnly(r, list, "修改");
         HWND dialog = r.waitDialog("复用帧配置");
         host_.run([&] { EXPECT_EQ(GetFocus(), at(dialog, IDC_FRAME_ID)); });
@@ -77,6 +81,8 @@ TEST_F(FrameDialogs, OpenFromThePageAndShowWhatIsEntered) {
         chooseOnly(r, slots, "配置时隙");
         configure(r, "1", "2");
         EXPECT_EQ(bar.level(), 50);
+        EXPECT_EQ(r.text(at(dialog, IDC_CAPACITY_TEXT)),
+                  "信道带宽 138240 bps，已用 70000 bps，剩余 68240 bps");
         r.selectCombo(at(dialog, IDC_MODULATION), 1);
         EXPECT_EQ(bar.level(), 25);
         r.key(services, VK_DELETE);
@@ -91,6 +97,8 @@ TEST_F(FrameDialogs, OpenFromThePageAndShowWhatIsEntered) {
         EXPECT_EQ(r.listRows(list)[0],
                   (ListRow{"0", "(240, 240)", "保留", "1/2", "QPSK", "模式0"}));
     }).finish();
+    EXPECT_TRUE(page.commit());
+    EXPECT_EQ(model_->tables().continuous.header[1], 33);
 }
 
 TEST_F(FrameDialogs, AnswerMessages) {

@@ -65,12 +65,11 @@ class Frames : public test::ListEditing {
     EditList& giving(const Entries& entries, const std::string& slots, EditList& list) {
         forms_.script = {[=, this](Controls& controls) {
                              put(entries, controls);
-                             shownFrame().timeSlots().add(0);
+                             dynamic_cast<FrameForm&>(*forms_.current).timeSlots().add(0);
                          },
                          [=](Controls& controls) { controls.texts[IDC_SLOT_NUMBER] = slots; }};
         return list;
     }
-    FrameForm& shownFrame() { return dynamic_cast<FrameForm&>(*forms_.current); }
 
     FrameList frames_{editing_, continuous}, shortFrames_{editing_, shortTime};
 };
@@ -85,7 +84,6 @@ TEST_F(Frames, BeginWithTheUsualValuesAndTheNextId) {
                    ' ';
     EXPECT_EQ(choices,
               "1 (240, 240)-(240, 176) 1 保留-模式3 0 1/2-3/4 1 BPSK-16QAM 0 模式0-模式7 ");
-    EXPECT_EQ(first.controls.texts[IDC_TIME_SLOT_COUNT], "共0个");
     EXPECT_EQ(first.controls.texts[IDC_FRAME_ID], "1") << "not 0";
     for (const auto& [kind, id, next] : {std::tuple{continuous, 7, "8"}, {shortTime, 255, "0"}}) {
         model_->addFrame(kind, test::frame(static_cast<std::uint8_t>(id)));
@@ -120,6 +118,7 @@ TEST_F(Frames, AreRefusedInThisOrderWhereItIsWrong) {
          "持续业务配置表最多支持40项，该复用帧的业务使其达到41项"},
         {IDC_SUB_FRAMES, "38", IDC_TIME_SLOTS, "已达最大时隙数，超出时隙数(1)"},
     };
+    EXPECT_EQ(frames_.rows()[1], (ListRow{"0", "", "", "", "", ""}));
     Shown shown(*this, {continuous, 1});
     MultiplexFrame other = tables().continuous.frames[0];
     for (const auto& [entry, value, focus, message] : steps) {
@@ -204,24 +203,6 @@ TEST_F(Frames, TakeNoSlotAboveTheLast) {
     }
 }
 
-TEST_F(Frames, SayWhatIsTakenWhileItIsEntered) {
-    fill({1, 1, 1, 1});
-    Shown shown(*this, {continuous, 1});
-    const auto expectLoad = [&](const char* modulation, const char* slots, const std::string& text,
-                                int level) {
-        EXPECT_TRUE(configure(shown.form, slots));
-        put({{IDC_MODULATION, modulation}}, shown.controls);
-        shown.page.entered(IDC_MODULATION);
-        EXPECT_EQ(shown.controls.texts[IDC_CAPACITY_TEXT], text);
-        EXPECT_EQ(shown.controls.levels[IDC_CAPACITY_BAR], level);
-    };
-    expectLoad("1", "1", "信道带宽 129024 bps，已用 2000 bps，剩余 127024 bps", 1);
-    put({{IDC_FRAME_ID, "x"}}, shown.controls);
-    expectLoad("2", "2", "信道带宽 516096 bps，已用 2000 bps，剩余 514096 bps", 0);
-    EXPECT_EQ(shown.controls.texts[IDC_TIME_SLOT_COUNT], "共2个");
-    expectLoad("2", "0", "信道带宽 0 bps，已用 2000 bps，超出 2000 bps", 101);
-}
-
 TEST_F(Frames, AnswerForTheirWorkingCopy) {
     fill({1, 1, 1, 1});
     Shown frame(*this, {continuous, 1}), added(*this, {continuous, -1}),
@@ -282,15 +263,9 @@ TEST_F(Frames, TellWhatTheOtherSubFramesLeave) {
 TEST_F(Frames, NothingOfACancelledDialogStays) {
     fill({1, 1, 1, 1});
     const auto before = copyOf(tables());
-    forms_.script = {[this](Controls& controls) {
-                         FrameForm& form = shownFrame();
-                         EXPECT_TRUE(form.subFrames().remove(0) && form.timeSlots().add(-1));
-                         put({{IDC_RS_RATE, "3"}, {IDC_FRAME_ID, "none"}}, controls);
-                         EXPECT_FALSE(form.subFrames().add(-1) || form.subFrames().edit(0));
-                     },
-                     [](Controls& controls) { controls.texts[IDC_SLOT_NUMBER] = "9"; }};
-    EXPECT_FALSE(frames_.edit(1));
-    EXPECT_EQ(forms_.shown, 2) << "no sub-frame's while an entry is none";
+    for (FrameList* list : {&frames_, &shortFrames_})
+        EXPECT_FALSE(giving({{IDC_RS_RATE, "3"}, {IDC_FRAME_ID, "x"}}, "9", *list).edit(1));
+    EXPECT_EQ(forms_.shown, 4);
     EXPECT_FALSE(frames_.add(1));
     EXPECT_EQ(tables(), *before);
 }
@@ -315,7 +290,8 @@ TEST_F(Frames, ListsHoldToTheirRules) {
 
     EXPECT_TRUE(entering({{IDC_SERVICE_ID, "300"}, {IDC_SERVICE_BANDWIDTH, "1"}}, ofZero).add(0));
     EXPECT_TRUE(entering({{IDC_SERVICE_ID, "301"}}, ofZero).open(0)) << said();
-    EXPECT_FALSE(ofZero.open(EditList::noRow));
+    put({{IDC_FRAME_ID, "x"}}, one.controls);
+    EXPECT_FALSE(ofZero.open(EditList::noRow) || ofOne.add(0) || ofOne.edit(0));
     EXPECT_EQ(ofZero.rows(), (Rows{{"1", "301"}, {"2", "300"}}));
     prompts_.answers = {true};
     EXPECT_TRUE(ListEditor(ofOne, prompts_).remove({0, 1}));
@@ -330,24 +306,6 @@ TEST_F(Frames, ListsHoldToTheirRules) {
     EXPECT_FALSE(Shown(*this, {shortTime, 9}).form.subFrames().add(0) || shortFrames_.add(0));
     EXPECT_EQ(said(), "warn 已达最大子帧数(8)\nwarn 最多支持40个复用帧\n");
     EXPECT_EQ(forms_.shown, 2);
-}
-
-TEST_F(Frames, ThePageShowsItsTableAndWhatItCanName) {
-    fill({1, 1, 1, 1}, [](ConfigTables& tables) {
-        tables.shortTime.header = {9, 33, 1};
-        MultiplexFrame& frame = tables.shortTime.frames[1];
-        frame.rsRate = frame.byteInterleaving = frame.modulation = frame.ldpcRate = 4;
-        frame.scrambling = 8;
-    });
-    FrameListForm form(*model_, shortTime);
-    FormExchange page(form, forms_.controls, prompts_);
-    page.show();
-    EXPECT_EQ(forms_.controls.texts[IDC_TABLE_ID], "4");
-    EXPECT_EQ(forms_.controls.texts[IDC_TABLE_CHANNEL_NUMBER], "33");
-    EXPECT_TRUE(page.accept());
-    EXPECT_EQ(tables().shortTime.header, (std::array<std::uint8_t, 3>{9, 33, 1}));
-    EXPECT_EQ(shortFrames_.rows(), (Rows{{"5", "(240, 224)", "保留", "1/2", "QPSK", "模式0"},
-                                         {"6", "", "", "", "", ""}}));
 }
 
 }  // namespace
