@@ -7,10 +7,12 @@
 
 namespace korvane {
 
-void ComponentList::takeFrom(std::span<const InputChannelRecord> all) {
-    components_.clear();
-    std::ranges::copy_if(all, std::back_inserter(components_), [this](const auto& component) {
-        return static_cast<ChannelType>(component.type) == type_;
+ComponentList::ComponentList(const Editing& editing, ChannelType type,
+                             std::span<const InputChannelRecord> all,
+                             std::function<Components()> candidates)
+    : editing_(editing), type_(type), candidates_(std::move(candidates)) {
+    std::ranges::copy_if(all, std::back_inserter(components_), [type](const auto& component) {
+        return static_cast<ChannelType>(component.type) == type;
     });
 }
 

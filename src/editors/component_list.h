@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <span>
 
 #include "editors/editing.h"
 #include "forms/edit_list.h"
@@ -16,12 +17,11 @@ inline constexpr std::string_view tooManyComponents = "已达最大组件数(8)"
 // there; of themselves they are not edited.
 class ComponentList : public EditList {
   public:
-    ComponentList(const Editing& editing, ChannelType type, std::function<Components()> candidates)
-        : editing_(editing), type_(type), candidates_(std::move(candidates)) {}
+    // Of `all` it takes those of its type.
+    ComponentList(const Editing& editing, ChannelType type, std::span<const InputChannelRecord> all,
+                  std::function<Components()> candidates);
 
     const Components& components() const { return components_; }
-    // Those of this list's type.
-    void takeFrom(std::span<const InputChannelRecord> all);
 
     std::vector<ListColumn> columns() const override;
     std::vector<ListRow> rows() const override;

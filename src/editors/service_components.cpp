@@ -38,11 +38,12 @@ ServiceComponents::ServiceComponents(const Editing& editing, FrameQuestions& fra
                .serviceId = edited.serviceId,
                .scrambled = edited.scrambled == 1},
       contents_{edited.scrambled, edited.esgInternal, listed(edited.components)},
-      video_(editing, ChannelType::Video, [this] { return untaken(ChannelType::Video); }),
-      audio_(editing, ChannelType::Audio, [this] { return untaken(ChannelType::Audio); }),
-      ecm_(editing, ChannelType::Ecm, [this] { return channelsOf(ChannelType::Ecm); }) {
-    for (ComponentList* list : {&video_, &audio_, &ecm_}) list->takeFrom(contents_.components);
-}
+      video_(editing, ChannelType::Video, contents_.components,
+             [this] { return untaken(ChannelType::Video); }),
+      audio_(editing, ChannelType::Audio, contents_.components,
+             [this] { return untaken(ChannelType::Audio); }),
+      ecm_(editing, ChannelType::Ecm, contents_.components,
+           [this] { return channelsOf(ChannelType::Ecm); }) {}
 
 Components ServiceComponents::channelsOf(ChannelType type) const {
     return listed(editing_.model.candidateChannels(static_cast<std::size_t>(type), frame_.place()));

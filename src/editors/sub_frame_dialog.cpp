@@ -35,9 +35,9 @@ bool SubFrameDialog::onCommand(int id, int notification, HWND control) {
     return handled;
 }
 
+// What is entered is read at once.
 std::optional<LRESULT> SubFrameDialog::onSent(UINT message, WPARAM wParam, LPARAM) {
     if (message != serviceIdMessage) return std::nullopt;
-    exchange().entered(IDC_SERVICE_ID);
     const std::uint32_t id = form_.serviceId();
     if (wParam != 0) *reinterpret_cast<std::uint32_t*>(wParam) = id;
     return static_cast<LRESULT>(id);

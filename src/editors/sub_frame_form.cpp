@@ -1,6 +1,7 @@
 #include "editors/sub_frame_form.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "model/channel_text.h"
 #include "resources/ids.h"
@@ -70,11 +71,6 @@ int SubFrameForm::dialog() const {
     return IDD_SUB_FRAME;
 }
 
-std::span<const int> SubFrameForm::hidden() const {
-    static constexpr int unused[] = {IDC_UNUSED_COMBO};
-    return unused;
-}
-
 void SubFrameForm::describe(Fields& fields) {
     ServiceComponents::Entered& entered = components_.entered();
     fields.number(IDC_SUB_FRAME_ID, subFrameId_);
@@ -132,9 +128,9 @@ void SubFrameForm::fillComponents(FieldControls& controls) {
 
 void SubFrameForm::showFreeBandwidth(FieldControls& controls) const {
     const std::int32_t available = frame_.availableBandwidth();
-    const bool fits = static_cast<std::int32_t>(bandwidth_) <= available;
+    const bool fits = std::cmp_less_equal(bandwidth_, available);
     controls.setText(IDC_FREE_BANDWIDTH,
-                     "可用带宽" + std::to_string(available) + (fits ? " bps" : " bps，不足"));
+                     "可用带宽：" + std::to_string(available) + (fits ? " bps" : " bps，不足"));
 }
 
 int SubFrameForm::accept() {

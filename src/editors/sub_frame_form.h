@@ -15,7 +15,6 @@ class SubFrameForm : public Form {
     SubFrameForm(const Editing& editing, FrameQuestions& frame, const ServiceRecord& edited);
 
     int dialog() const override;
-    std::span<const int> hidden() const override;
     void describe(Fields& fields) override;
     void entered(int control, FieldControls& controls) override;
     int accept() override;

@@ -113,9 +113,9 @@ TEST_F(SubFrameDialogs, EachTypeHasItsLayoutAndItsValuesGoBothWays) {
             EXPECT_EQ(walk(r, dialog), expected);
         }
         const auto free = [&] { return r.text(GetDlgItem(dialog, IDC_FREE_BANDWIDTH)); };
-        EXPECT_EQ(free(), "可用带宽500000 bps");
+        EXPECT_EQ(free(), "可用带宽：500000 bps");
         r.setText(GetDlgItem(dialog, IDC_SERVICE_BANDWIDTH), "500001");
-        EXPECT_EQ(free(), "可用带宽500000 bps，不足");
+        EXPECT_EQ(free(), "可用带宽：500000 bps，不足");
         r.click(dialog, IDC_SCRAMBLED);
         r.selectCombo(GetDlgItem(dialog, IDC_COMPONENT), 1);
         r.click(dialog, IDOK);
@@ -165,7 +165,7 @@ TEST_F(SubFrameDialogs, AMediaServiceGetsItsComponentsFromTheListsOfItsPage) {
         const HWND ecm = GetDlgItem(dialog, IDC_ECM_COMPONENTS);
         EXPECT_THAT(addresses(r, ecm), testing::ElementsAre("225.1.2.1:5", "225.1.2.2:5"));
         choose(r, ecm, 0, "添加删除", "删除");
-        r.settle();
+        r.waitFor("the row is gone", [&] { return r.listRows(ecm).size() == 1; });
         r.selectCombo(GetDlgItem(dialog, IDC_SERVICE_TYPE), service_type::media);
         EXPECT_THAT(addresses(r, GetDlgItem(page, IDC_ECM_COMPONENTS)),
                     testing::ElementsAre("225.1.2.2:5"));

@@ -25,10 +25,10 @@ class ScriptedFrame : public FrameQuestions {
     std::int32_t availableBandwidth() override { return 480'000; }
     void dropTaken(std::uint32_t serviceId, std::vector<InputChannelRecord>& list) const override {
         askedBy = serviceId;
-        std::erase_if(list, [](const auto& channel) { return channel.address[3] == 3; });
+        std::erase_if(list, [this](const auto& channel) { return channel.address[3] == taken; });
     }
 
-    std::uint8_t id = 1;
+    std::uint8_t id = 1, taken = 3;
     TableKind kind = TableKind::Continuous;
     std::string refused, asked;  // the question, and all of them
     mutable std::uint32_t askedBy = 0;
@@ -163,7 +163,6 @@ TEST_F(SubFrames, EachTypeShowsItsControlsAndOffersItsChannels) {
          {"225.1.2.1:5", "225.1.2.2:5", "225.1.2.3:5"}},
     };
     openNew();
-    EXPECT_EQ(form_->hidden()[0], IDC_UNUSED_COMBO);
     for (const int type : {1, 0, 2, 4, 3}) {
         select(IDC_SERVICE_TYPE, type);
         std::set<int> visible;
@@ -174,6 +173,8 @@ TEST_F(SubFrames, EachTypeShowsItsControlsAndOffersItsChannels) {
         EXPECT_EQ(controls_.items[component], types[type].items) << type;
         EXPECT_EQ(controls_.selections[component], 0) << type;
     }
+    edit(record(0, {}));
+    EXPECT_EQ(controls_.selections[IDC_SERVICE_TYPE], 0);
     edit(record(6, {}));
     EXPECT_EQ(controls_.selections[IDC_SERVICE_TYPE], -1);
     for (const auto& [control, shows] : controls_.visibleOnes) EXPECT_FALSE(shows) << control;
@@ -186,20 +187,20 @@ TEST_F(SubFrames, ANewOneBeginsWithItsDefaultsAndSaysWhatIsFree) {
                                           {IDC_SERVICE_ID, "0"},
                                           {IDC_SERVICE_BANDWIDTH, "480000"},
                                           {IDC_SERVICE_NAME, "请输入业务名称"},
-                                          {IDC_FREE_BANDWIDTH, "可用带宽480000 bps"}}));
+                                          {IDC_FREE_BANDWIDTH, "可用带宽：480000 bps"}}));
     EXPECT_EQ(controls_.items[IDC_SERVICE_TYPE].size(), 5u);
     EXPECT_EQ(controls_.items[IDC_SERVICE_TYPE].at(1), "DRA音频广播");
     EXPECT_EQ(controls_.selections[IDC_SERVICE_TYPE] + controls_.selections[IDC_ENCAPSULATION], 0);
     enter(IDC_SERVICE_BANDWIDTH, "480001");
-    EXPECT_EQ(controls_.texts[IDC_FREE_BANDWIDTH], "可用带宽480000 bps，不足");
-    enter(IDC_SERVICE_ID, "100");
+    EXPECT_EQ(controls_.texts[IDC_FREE_BANDWIDTH], "可用带宽：480000 bps，不足");
+    enter(IDC_SERVICE_BANDWIDTH, "480000");
+    EXPECT_EQ(controls_.texts[IDC_FREE_BANDWIDTH], "可用带宽：480000 bps");
     frame_.id = 0;
     EXPECT_EQ(accepted(), "100 ");
-    EXPECT_EQ(frame_.asked, "sub 7 service 100 bandwidth 480001 ");
+    EXPECT_EQ(frame_.asked, "sub 7 service 0 bandwidth 480000 ");
     const ServiceDescription& description = form_->service().description;
     EXPECT_EQ(std::string(description.name.data()), toGbk("请输入业务名称").bytes);
     EXPECT_EQ(std::string(description.language.begin(), description.language.end()), "zho");
-    EXPECT_EQ(description.serviceId, 100);
     EXPECT_EQ(form_->service().encapsulation, 1);
 }
 
@@ -370,15 +371,31 @@ TEST_F(SubFrames, WhatNoControlShowsStays) {
     before.description.carried5 = {5, 6, 7};
     before.description.carried1044 = 8;
     before.description.provider.fill('p');
-    before.description.name.fill('n');  // no end
+    before.description.name = {'n', 0, 'x'};
     edit(before);
     EXPECT_EQ(controls_.selections[IDC_ENCAPSULATION], 1);
     EXPECT_EQ(accepted(), "200 D1 ");
     EXPECT_EQ(form_->service(), before);
-    enter(IDC_SERVICE_NAME, "n");
+    enter(IDC_SERVICE_NAME, "m");
     EXPECT_EQ(accepted(), "200 D1 ");
-    before.description.name = {'n'};
+    before.description.name = {'m'};
     EXPECT_EQ(form_->service(), before);
+    before.description.name.fill('n');  // no end
+    edit(before);
+    EXPECT_EQ(controls_.texts[IDC_SERVICE_NAME].size(), 256u);
+    EXPECT_EQ(accepted(), "200 D1 ");
+    EXPECT_EQ(form_->service(), before);
+}
+
+// What was offered may meanwhile be another service's, as with another service id.
+TEST_F(SubFrames, TheChannelCountsAndNotItsPlaceInTheList) {
+    addChannels(Dra, 2);
+    edit(record(2, {}));
+    frame_.taken = 1;
+    EXPECT_EQ(accepted(), "refused " + std::to_string(IDC_COMPONENT));
+    EXPECT_EQ(said(), "warn 请选择输入通道\n");
+    select(IDC_COMPONENT, 1);
+    EXPECT_EQ(accepted(), "200 D10 ");
 }
 
 // A service of the short-time table is called what the device last called it.
