@@ -97,7 +97,6 @@ void SubFrameForm::entered(int control, FieldControls& controls) {
 }
 
 void SubFrameForm::changeType(int type, FieldControls& controls) {
-    if (type == shownType_) return;
     components_.leave(shownType_);
     shownType_ = type;
     layOut(controls);
