@@ -45,8 +45,8 @@ struct Load {
         return capacity == 0 ? 0 : static_cast<int>(used * 100 / capacity);
     }
     std::string text() const {
-        return "信道带宽 " + bitRate(capacity) + "，已用 " + bitRate(used) + "，" +
-               (isOver() ? "超出 " : "剩余 ") + bitRate(std::abs(capacity - used));
+        return "信道带宽：" + bitRate(capacity) + "，已用：" + bitRate(used) + "，" +
+               (isOver() ? "超出：" : "剩余：") + bitRate(std::abs(capacity - used));
     }
 };
 

@@ -47,11 +47,23 @@ class FrameDialogs : public testing::Test {
         r.setText(at(dialog, IDC_SLOT_NUMBER), after);
         end(r, dialog, IDOK);
     }
-    // Chooses the one item that the menu of the first row has.
-    static void chooseOnly(const Robot& r, HWND list, const char* item) {
+    COLORREF colourOf(HWND bar) const {
+        COLORREF colour = 0;
+        host_.run([&] {
+            UpdateWindow(bar);
+            const HDC surface = GetDC(bar);
+            colour = GetPixel(surface, 3, 3);
+            ReleaseDC(bar, surface);
+        });
+        return colour;
+    }
+    // The menu of the first row has one item; does what that one does.
+    static void chooseOnly(const Robot& r, HWND list, const char* item, int command) {
         r.rightClickRow(list, 0);
-        EXPECT_EQ(r.waitPopup().size(), 1u);
-        r.choosePopup(item);
+        const auto items = r.waitPopup();
+        EXPECT_TRUE(items.size() == 1 && items[0].text == item) << item;
+        r.dismissPopup();
+        r.command(GetParent(list), command);
     }
 
     test::TestHost host_;
@@ -69,20 +81,22 @@ TEST_F(FrameDialogs, OpenFromThePageAndShowWhatIsEntered) {
     const HWND list = at(page.hwnd(), IDC_FRAME_LIST);
     RobotThread([&](Robot& r) {
         EXPECT_EQ(shownBy(r, page.hwnd()) + shownBy(r, other.hwnd()), "2|33||4|34||");
-        chooseOnly(r, list, "修改");
+        chooseOnly(r, list, "修改", 32781);
         HWND dialog = r.waitDialog("复用帧配置");
         host_.run([&] { EXPECT_EQ(GetFocus(), at(dialog, IDC_FRAME_ID)); });
         EXPECT_EQ(shownBy(r, dialog),
                   "0|(240, 240)|保留|BPSK|1/2|模式0|共1个||共2个||"
-                  "信道带宽 69120 bps，已用 70000 bps，超出 880 bps||");
+                  "信道带宽：69120 bps，已用：70000 bps，超出：880 bps||");
         const HWND slots = at(dialog, IDC_TIME_SLOTS), services = at(dialog, IDC_SUB_FRAMES);
         const LevelBar bar(at(dialog, IDC_CAPACITY_BAR));
         EXPECT_EQ(bar.level(), 101);
-        chooseOnly(r, slots, "配置时隙");
+        const COLORREF warning = colourOf(bar.window());
+        chooseOnly(r, slots, "配置时隙", 32771);
         configure(r, "1", "2");
         EXPECT_EQ(bar.level(), 50);
+        EXPECT_NE(colourOf(bar.window()), warning);
         EXPECT_EQ(r.text(at(dialog, IDC_CAPACITY_TEXT)),
-                  "信道带宽 138240 bps，已用 70000 bps，剩余 68240 bps");
+                  "信道带宽：138240 bps，已用：70000 bps，剩余：68240 bps");
         r.selectCombo(at(dialog, IDC_MODULATION), 1);
         EXPECT_EQ(bar.level(), 25);
         r.key(services, VK_DELETE);
