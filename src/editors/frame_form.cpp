@@ -173,7 +173,7 @@ int FrameForm::checkSubFrameId(std::uint8_t id) {
     return used ? refuse("已有相同标识的子帧", -1) : 0;
 }
 
-// The model's check looks at the continuous table alone, and of that frame's it knows other ids.
+// The model's check looks at the continuous table alone, without the frame that this one replaces.
 int FrameForm::checkServiceId(std::uint32_t id) {
     if (std::ranges::find(frame_.services, id, &ServiceRecord::serviceId) != frame_.services.end())
         return refuse("已有相同标识的业务", -1);

@@ -76,14 +76,14 @@ class Frames : public test::ListEditing {
 
 TEST_F(Frames, BeginWithTheUsualValuesAndTheNextId) {
     Shown first(*this, {continuous, -1});
-    std::string choices;
-    for (const int combo :
-         {IDC_RS_RATE, IDC_BYTE_INTERLEAVING, IDC_LDPC_RATE, IDC_MODULATION, IDC_SCRAMBLING})
-        choices += std::to_string(first.controls.selections[combo]) + ' ' +
-                   first.controls.items[combo].front() + '-' + first.controls.items[combo].back() +
-                   ' ';
-    EXPECT_EQ(choices,
-              "1 (240, 240)-(240, 176) 1 保留-模式3 0 1/2-3/4 1 BPSK-16QAM 0 模式0-模式7 ");
+    const std::map<int, int> usual{{IDC_RS_RATE, 1},
+                                   {IDC_BYTE_INTERLEAVING, 1},
+                                   {IDC_LDPC_RATE, 0},
+                                   {IDC_MODULATION, 1},
+                                   {IDC_SCRAMBLING, 0}};
+    EXPECT_EQ(first.controls.selections, usual);
+    EXPECT_EQ(first.controls.items[IDC_RS_RATE].back(), "(240, 176)");
+    EXPECT_EQ(first.controls.items[IDC_SCRAMBLING].back(), "模式7");
     EXPECT_EQ(first.controls.texts[IDC_FRAME_ID], "1") << "not 0";
     for (const auto& [kind, id, next] : {std::tuple{continuous, 7, "8"}, {shortTime, 255, "0"}}) {
         model_->addFrame(kind, test::frame(static_cast<std::uint8_t>(id)));
