@@ -44,6 +44,12 @@ HWND openNew(Tour& tour, HWND list, const FormVisit& visit) {
     return robot.waitDialog(visit.caption);
 }
 
+HWND openByMenu(Tour& tour, HWND list, int row, std::string_view item, const FormVisit& visit) {
+    tour.robot().rightClickRow(list, row);
+    tour.robot().choosePopup(item);
+    return tour.robot().waitDialog(visit.caption);
+}
+
 HWND openRow(Tour& tour, HWND list, int row, const FormVisit& visit) {
     tour.robot().doubleClickRow(list, row);
     return tour.robot().waitDialog(visit.caption);
@@ -65,6 +71,14 @@ void accept(Tour& tour, HWND form, const FormVisit& visit, const Entries& entrie
     robot.fill(form, entries);
     tour.picture(form, visit.picture);
     robot.click(form, IDOK);
+    robot.waitGone(form);
+    robot.settle();
+}
+
+void cancel(Tour& tour, HWND form, const FormVisit& visit) {
+    const Robot& robot = tour.robot();
+    tour.picture(form, visit.picture);
+    robot.key(form, VK_ESCAPE);
     robot.waitGone(form);
     robot.settle();
 }

@@ -25,12 +25,17 @@ HWND onPage(Tour& tour, int control);
 
 // The dialog of a new record, through the list's menu; of one that is there, by double-click.
 HWND openNew(Tour& tour, HWND list, const FormVisit& visit);
+// Through an item of the menu on a row; -1 for below the rows.
+HWND openByMenu(Tour& tour, HWND list, int row, std::string_view item, const FormVisit& visit);
 HWND openRow(Tour& tour, HWND list, int row, const FormVisit& visit);
 // These entries are not taken: the message is pictured as NAME, and the dialog stays.
 void refuse(Tour& tour, HWND form, const Entries& entries, std::string_view message,
             const std::string& name);
 // These are, after the dialog's picture.
 void accept(Tour& tour, HWND form, const FormVisit& visit, const Entries& entries);
+
+// Leaves a dialog as it is, after its picture.
+void cancel(Tour& tour, HWND form, const FormVisit& visit);
 
 // Insert opens the dialog, Enter too for the row; Esc closes both.
 void openByKeys(Tour& tour, HWND list, int row, const FormVisit& visit);

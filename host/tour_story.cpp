@@ -15,9 +15,12 @@ enum ChannelControl : int {
     port = 1021,
     frameRate = 1109,
     frameRateGiven = 1110,
+    dataUnitType = 1026,
 };
 constexpr FormVisit videoChannel = {"视频通道参数配置", "1041-video-channel"};
-constexpr int dataBroadcast = 6;  // of the types
+constexpr FormVisit audioChannel = {"音频通道参数配置", "1043-audio-channel"};
+constexpr FormVisit ecmChannel = {"ECM通道参数配置", "1097-ecm-channel"};
+constexpr int audio = 1, ecm = 4, dataBroadcast = 6;  // of the types
 
 enum NetworkControl : int {
     networkLevel = 1001,
@@ -63,6 +66,20 @@ void editChannels(Tour& tour) {
     tour.picture(tour.host(), "1003-input-channels-edited");
     tour.robot().selectListBox(onPage(tour, channelTypes), dataBroadcast);
     removeRow(tour, list, lastRow(tour, list));
+}
+
+// All others serve frames that are there.
+void addServiceChannels(Tour& tour) {
+    HWND page = openPage(tour, showInputChannels);
+    const auto select = [&](int type) {
+        tour.robot().selectListBox(tour.robot().waitControl(page, channelTypes), type);
+        return tour.robot().waitControl(page, channels);
+    };
+    accept(tour, openNew(tour, select(audio), audioChannel), audioChannel,
+           {{channelAddress, "239.1.11.50"}, {port, "5150"}, {payloadType, "97"}});
+    accept(tour, openNew(tour, select(ecm), ecmChannel), ecmChannel,
+           {{channelAddress, "239.1.14.50"}, {port, "6150"}, {dataUnitType, "133"}});
+    expectRow(tour, select(ecm), 2, {"2", "UDP", "239.1.14.50:6150"});
 }
 
 // What is typed into the page itself is taken when another one is opened.

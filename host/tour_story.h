@@ -7,6 +7,7 @@ class Tour;
 // The operator edits the sample configuration of a simulated device: what the save then brings
 // there, scripts/tour_story.py knows byte by byte.
 void editChannels(Tour& tour);
+void addServiceChannels(Tour& tour);
 void editNetwork(Tour& tour);
 void editFrequencyPoints(Tour& tour);
 void addNeighbourNetwork(Tour& tour);
@@ -14,5 +15,8 @@ void editServiceFrequencies(Tour& tour);
 void addCaSystem(Tour& tour);
 void editCaSystem(Tour& tour);
 void removeCaSystem(Tour& tour);
+void lookAtServices(Tour& tour);
+void addFrame(Tour& tour);
+void addShortTimeFrame(Tour& tour);
 
 }  // namespace korvane::host
