@@ -99,9 +99,9 @@ TEST_F(SubFrameDialogs, EachTypeHasItsLayoutAndTheServiceIdIsTold) {
 TEST_F(SubFrameDialogs, AMediaServiceGetsItsComponentsFromTheListsOfItsPage) {
     const std::string service = entered([&](Robot& r, HWND dialog) {
         const HWND page = r.childDialogs(dialog).at(0), type = GetDlgItem(dialog, IDC_SERVICE_TYPE);
-        RECT inside = Control(GetDlgItem(dialog, IDC_SERVICE_GROUP)).area();
-        inside = {inside.left + 12, inside.top + 20, inside.right - 15, inside.bottom - 15};
-        const RECT area = Control(page).area();
+        const RECT group = Control(GetDlgItem(dialog, IDC_SERVICE_GROUP)).area(),
+                   inside{group.left + 12, group.top + 20, group.right - 15, group.bottom - 15},
+                   area = Control(page).area();
         EXPECT_TRUE(EqualRect(&area, &inside));
         r.click(dialog, IDOK);
         r.answer(r.waitBox("请添加组件"), IDOK);
