@@ -1,8 +1,6 @@
 #include "ui/controls.h"
 
 #include <algorithm>
-#include <charconv>
-
 #include "text/text.h"
 
 namespace korvane {
@@ -50,15 +48,6 @@ HBITMAP Static::setBitmap(HBITMAP bitmap) const {
 
 HBITMAP Static::bitmap() const {
     return reinterpret_cast<HBITMAP>(send(STM_GETIMAGE, IMAGE_BITMAP));
-}
-
-std::optional<std::uint32_t> Edit::number() const {
-    const std::string digits = text();
-    std::uint32_t value = 0;
-    const char* end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, value);
-    if (error != std::errc{} || stop != end) return std::nullopt;
-    return value;
 }
 
 void ListBox::setItems(std::span<const std::string_view> items) const {
@@ -135,15 +124,6 @@ std::string Tree::itemText(HTREEITEM item) const {
     request.cchTextMax = static_cast<int>(buffer.size());
     if (!send(TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&request))) return {};
     return toUtf8(request.pszText);
-}
-
-void Tree::setItemText(HTREEITEM item, std::string_view text) const {
-    std::wstring wide = toWide(text);
-    TVITEMW change{};
-    change.mask = TVIF_TEXT | TVIF_HANDLE;
-    change.hItem = item;
-    change.pszText = wide.data();
-    send(TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&change));
 }
 
 }  // namespace korvane

@@ -63,17 +63,6 @@ class Button : public Control {
 };
 using CheckBox = Button;
 
-class Edit : public Control {
-  public:
-    using Control::Control;
-    // In characters of the system, as typed.
-    void limit(int characters) const { send(EM_SETLIMITTEXT, static_cast<WPARAM>(characters)); }
-    void selectAll() const { send(EM_SETSEL, 0, -1); }
-    void setNumber(std::uint32_t value) const { setText(std::to_string(value)); }
-    // The whole text as an unsigned decimal number, or nothing when it is none or above 32 bits.
-    std::optional<std::uint32_t> number() const;
-};
-
 class ListBox : public Control {
   public:
     using Control::Control;
@@ -103,8 +92,6 @@ class IpBox : public Control {
     // Fields left blank count as 0.
     Address address() const;
     void setAddress(const Address& address) const;
-    void clear() const { send(IPM_CLEARADDRESS); }
-    bool blank() const { return send(IPM_ISBLANK) != FALSE; }
 };
 
 class Tab : public Control {
@@ -160,7 +147,6 @@ class Tree : public Control {
             send(TVM_GETNEXTITEM, relation, reinterpret_cast<LPARAM>(item)));
     }
     std::string itemText(HTREEITEM item) const;
-    void setItemText(HTREEITEM item, std::string_view text) const;
 };
 
 }  // namespace korvane

@@ -8,10 +8,10 @@
 namespace korvane {
 
 std::string DialogControls::text(int control) const {
-    return at<Edit>(control).text();
+    return at<Control>(control).text();
 }
 void DialogControls::setText(int control, std::string_view text) {
-    at<Edit>(control).setText(text);
+    at<Control>(control).setText(text);
 }
 int DialogControls::selected(int control) const {
     return at<Combo>(control).selected();
