@@ -16,6 +16,7 @@ enum FrameControl : int {
     subFrames = 1094,
     serviceId = 1096,
     serviceName = 1097,
+    rsRate = 1098,
     serviceBandwidth = 1099,
     timeSlots = 1101,
     serviceType = 1102,
@@ -27,7 +28,6 @@ enum FrameControl : int {
 constexpr const char *frameCaption = "复用帧配置", *serviceCaption = "复用子帧配置";
 constexpr FormVisit frame = {frameCaption, "1062-frame"};
 constexpr FormVisit slotCount = {"时隙配置", "1007-time-slots"};
-constexpr FormVisit selection = {"业务组件选择", "1012-component-selection"};
 constexpr FormVisit newMediaService = {serviceCaption, "1064-media-service-new"};
 constexpr FormVisit newEsgService = {serviceCaption, "1064-esg-service-new"};
 constexpr FormVisit newDataService = {serviceCaption, "1064-data-service-new"};
@@ -50,26 +50,26 @@ void configureSlots(Tour& tour, HWND form, const char* count) {
 }
 
 // The only channel of its type that no service has yet.
-void addComponent(Tour& tour, HWND form, int control) {
+void addComponent(Tour& tour, HWND form, int control, const char* picture) {
     const Robot& robot = tour.robot();
     HWND list = robot.waitControl(form, control);
+    const FormVisit selection = {"业务组件选择", picture};
     HWND choice = openNew(tour, list, selection);
     HWND rows = robot.waitControl(choice, candidates);
     tour.expect(lastRow(tour, rows) == 0, "not one channel alone is offered");
+    const Cells offered = robot.listRows(rows).at(0);
     robot.checkRow(rows, 0, true);
-    accept(tour, choice,
-           {selection.caption,
-            control == audioComponents ? "1012-component-selection-audio" : selection.picture},
-           {});
-    expectRow(tour, list, 0, robot.listRows(list).at(0));
+    accept(tour, choice, selection, {});
+    expectRow(tour, list, 0, offered);
 }
 
 void addMediaService(Tour& tour, HWND list) {
     HWND form = openNew(tour, list, newMediaService);
     refuse(tour, form, {{serviceId, "501"}, {serviceName, "端到端电影"}}, "请添加组件",
            "refusal-no-components");
-    for (const int control : {videoComponents, audioComponents, ecmComponents})
-        addComponent(tour, form, control);
+    addComponent(tour, form, videoComponents, "1012-video-components");
+    addComponent(tour, form, audioComponents, "1012-audio-components");
+    addComponent(tour, form, ecmComponents, "1012-ecm-components");
     accept(tour, form, newMediaService, {{scrambled, "1"}});
 }
 
@@ -83,6 +83,7 @@ void addEsgService(Tour& tour, HWND list) {
             {serviceBandwidth, "300000"}},
            "业务带宽(300000 bps)超过信道带宽(774144 bps)，可用带宽(294144 bps)",
            "refusal-service-bandwidth");
+    tour.picture(form, "1064-esg-service-too-wide");
     accept(tour, form, newEsgService, {{serviceBandwidth, "128000"}});
 }
 
@@ -93,6 +94,15 @@ HWND openNewFrame(Tour& tour, std::string_view table, int row, std::string_view 
     tour.expect(tour.robot().text(tour.robot().waitControl(form, frameId)) == proposedId,
                 "another frame id is proposed");
     return form;
+}
+
+// Less of the channel is left for the services that are there.
+void overloadFrame(Tour& tour, HWND list, int row) {
+    HWND form = openRow(tour, list, row, frame);
+    refuse(tour, form, {{rsRate, "(240, 176)"}},
+           "总业务带宽(1000000)超过信道带宽(811008 bps)，溢出带宽(188992 bps)",
+           "refusal-frame-bandwidth");
+    cancel(tour, form, {frameCaption, "1062-frame-overloaded"});
 }
 
 }  // namespace
@@ -108,6 +118,7 @@ void lookAtServices(Tour& tour) {
         cancel(tour, form, {frameCaption, "1062-frame-stored"});
         tour.note(visit.form.picture);
     }
+    overloadFrame(tour, list, 1);
 }
 
 void addFrame(Tour& tour) {
