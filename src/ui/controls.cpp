@@ -1,7 +1,7 @@
 #include "ui/controls.h"
 
-#include <algorithm>
 #include "text/text.h"
+#include <algorithm>
 
 namespace korvane {
 
