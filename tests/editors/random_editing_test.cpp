@@ -201,8 +201,8 @@ class RandomEditing : public testing::TestWithParam<unsigned> {
 };
 
 TEST_P(RandomEditing, KeepsTheModelWithinItsLimitsAndACancelledDialogChangesNothing) {
-    EditList* const lists[] = {&channels_, &points_,         &neighbours_, &ca_,
-                               &pairs_,    &shortTimePairs_, &frames_,     &shortTimeFrames_};
+    EditList* const lists[] = {&frames_, &shortTimeFrames_, &channels_,   &pairs_,
+                               &ca_,     &shortTimePairs_,  &neighbours_, &points_};
     model_->setMultiplexHeader({2, 20, 1});
     for (std::uint8_t i = 0; i < 56; ++i)
         model_->addChannel(test::channel(ChannelType(i % 8), i, 5), ConfigModel::atEnd);
@@ -210,7 +210,8 @@ TEST_P(RandomEditing, KeepsTheModelWithinItsLimitsAndACancelledDialogChangesNoth
     for (int action = 0; action < 300 && !HasFailure(); ++action) {
         SCOPED_TRACE(action);
         channels_.select(static_cast<ChannelType>(operator_.below(limits::channelTypes)));
-        EditList* list = lists[operator_.below(std::size(lists))];
+        // Most often the first ones: frames have the most to go wrong.
+        EditList* list = lists[operator_.below(8) * operator_.below(9) / 8];
         const bool changed = operator_.actOn(*list);
         const std::string last = std::exchange(now, bytes());
         EXPECT_TRUE(changed || now == last);
@@ -226,7 +227,7 @@ TEST_P(RandomEditing, KeepsTheModelWithinItsLimitsAndACancelledDialogChangesNoth
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomEditing, testing::Range(1u, 4u));
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomEditing, testing::Range(1u, 5u));
 
 }  // namespace
 }  // namespace korvane
