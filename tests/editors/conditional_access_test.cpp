@@ -1,20 +1,16 @@
 #include "editors/ca_system_form.h"
 #include "editors/ca_table.h"
 #include "resources/ids.h"
-#include "support/editing_fixture.h"
+#include "support/list_editing.h"
 
 namespace korvane {
 namespace {
 
-class ConditionalAccess : public test::EditingFixture {
+class ConditionalAccess : public test::ListEditing {
   protected:
-    // Adds a system as the operator would; its ids as texts.
     bool add(const std::string& caSystemId, const std::string& serviceId) {
-        forms_.script.push_back([=](Controls& controls) {
-            controls.texts[IDC_CA_SYSTEM_ID] = caSystemId;
-            controls.texts[IDC_SERVICE_ID] = serviceId;
-        });
-        return list_.add(0);
+        return entering({{IDC_CA_SYSTEM_ID, caSystemId}, {IDC_SERVICE_ID, serviceId}}, list_)
+            .add(0);
     }
     const auto& entries() const { return tables().caDescriptions.entries; }
 
@@ -49,15 +45,11 @@ TEST_F(ConditionalAccess, WrongEntriesAreRefusedWhereTheyStand) {
         {"3", "302", "159", "160", IDC_ECM_UNIT_TYPE, "数据单元类型必须在128~159之间"},
     };
     for (const auto& [caId, serviceId, emm, ecm, focus, message] : cases) {
-        forms_.script.push_back([=](Controls& controls) {
-            controls.texts = {{IDC_CA_SYSTEM_ID, caId},
-                              {IDC_SERVICE_ID, serviceId},
-                              {IDC_EMM_UNIT_TYPE, emm},
-                              {IDC_ECM_UNIT_TYPE, ecm}};
-        });
-        EXPECT_FALSE(list_.add(0));
-        EXPECT_EQ(said(), std::string("warn ") + message + '\n');
-        EXPECT_EQ(forms_.controls.focused, focus) << message;
+        const Entries wrong{{IDC_CA_SYSTEM_ID, caId},
+                            {IDC_SERVICE_ID, serviceId},
+                            {IDC_EMM_UNIT_TYPE, emm},
+                            {IDC_ECM_UNIT_TYPE, ecm}};
+        expectRefused(entering(wrong, list_).add(0), focus, message);
     }
     EXPECT_EQ(entries().size(), 2u);
 }
@@ -66,22 +58,14 @@ TEST_F(ConditionalAccess, WrongEntriesAreRefusedWhereTheyStand) {
 TEST_F(ConditionalAccess, EditingKeepsWhatNobodyTouched) {
     model_->appendCaSystem({1, 300, 130, 131, 9, 77});
     model_->appendCaSystem({2, 301, 130, 131, 2, 0});
-    forms_.script = {[](Controls& controls) {
-                         EXPECT_EQ(controls.selections[IDC_ECM_TRANSFER_MODE], 0);
-                         controls.texts[IDC_EMM_UNIT_TYPE] = "159";
-                     },
-                     [](Controls& controls) {
-                         controls.texts[IDC_SERVICE_ID] = "300";
-                         controls.selections[IDC_ECM_TRANSFER_MODE] = 3;
-                     },
-                     [](Controls& controls) {
-                         controls.texts[IDC_SERVICE_ID] = "302";
-                         controls.selections[IDC_ECM_TRANSFER_MODE] = 3;
-                     }};
-    EXPECT_TRUE(list_.edit(0));
-    EXPECT_FALSE(list_.edit(1));
-    EXPECT_EQ(said(), "warn 已有相同的业务标识\n");
-    EXPECT_TRUE(list_.edit(1));
+    EXPECT_TRUE(entering({{IDC_EMM_UNIT_TYPE, "159"}}, list_).edit(0));
+    EXPECT_EQ(forms_.controls.selections[IDC_ECM_TRANSFER_MODE], 0);
+    const auto edit = [this](const char* serviceId) {
+        const Entries other{{IDC_SERVICE_ID, serviceId}, {IDC_ECM_TRANSFER_MODE, "3"}};
+        return entering(other, list_).edit(1);
+    };
+    expectRefused(edit("300"), IDC_SERVICE_ID, "已有相同的业务标识");
+    EXPECT_TRUE(edit("302"));
     EXPECT_EQ(entries()[0], (CaSystemEntry{1, 300, 159, 131, 9, 77}));
     EXPECT_EQ(entries()[1], (CaSystemEntry{2, 302, 130, 131, 3, 0}));
     EXPECT_TRUE(list_.remove(0));

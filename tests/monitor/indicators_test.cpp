@@ -3,18 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "monitor/scripted_status.h"
-#include "monitor/views.h"
 
 namespace korvane {
 namespace {
 
 using test::ScriptedStatus;
-
-TEST(Indicators, AreRenewedAsOftenAsTheyChange) {
-    for (const MonitorView& view : monitorViews)
-        EXPECT_EQ(view.periodMs, view.title == "业务列表" ? 1000u : 1500u);
-    EXPECT_EQ(monitorPeriodMs, 1000u);
-}
 
 TEST(Indicators, TimeOfDay) {
     ScriptedStatus status;
