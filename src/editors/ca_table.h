@@ -1,7 +1,6 @@
 #pragma once
 
 #include "editors/editing.h"
-#include "forms/edit_list.h"
 
 namespace korvane {
 
@@ -22,9 +21,9 @@ class CaTableForm : public Form {
 };
 
 // Its CA systems.
-class CaSystemList : public EditList {
+class CaSystemList : public RecordList {
   public:
-    explicit CaSystemList(const Editing& editing) : editing_(editing) {}
+    explicit CaSystemList(const Editing& editing) : RecordList(editing) {}
 
     std::vector<ListColumn> columns() const override;
     std::vector<ListRow> rows() const override;
@@ -33,10 +32,7 @@ class CaSystemList : public EditList {
     bool remove(int row) override;
 
   private:
-    ConfigChecks checks() const { return {editing_.model, editing_.prompts}; }
-    const CaDescriptionTable& table() const { return editing_.model.tables().caDescriptions; }
-
-    Editing editing_;
+    const CaDescriptionTable& table() const { return tables().caDescriptions; }
 };
 
 }  // namespace korvane

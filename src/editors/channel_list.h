@@ -3,14 +3,13 @@
 #include <utility>
 
 #include "editors/editing.h"
-#include "forms/edit_list.h"
 
 namespace korvane {
 
 // The input channels of one type.
-class ChannelList : public EditList {
+class ChannelList : public RecordList {
   public:
-    explicit ChannelList(const Editing& editing) : editing_(editing) {}
+    explicit ChannelList(const Editing& editing) : RecordList(editing) {}
 
     // Other columns and other rows; false when it is selected already.
     bool select(ChannelType type) { return std::exchange(type_, type) != type; }
@@ -22,11 +21,9 @@ class ChannelList : public EditList {
     bool remove(int row) override;
 
   private:
-    ConfigChecks checks() const { return {editing_.model, editing_.prompts}; }
     std::size_t typeIndex() const { return static_cast<std::size_t>(type_); }
     const FlatChannelList& channels() const { return editing_.model.channels(typeIndex()); }
 
-    Editing editing_;
     ChannelType type_ = ChannelType::Video;
 };
 

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "forms/edit_list.h"
 #include "forms/form.h"
 #include "model/config_checks.h"
 #include "model/config_model.h"
@@ -13,6 +14,17 @@ struct Editing {
     ConfigModel& model;
     Prompts& prompts;
     FormRunner& forms;
+};
+
+// A list of records of the model, of which each has a dialog.
+class RecordList : public EditList {
+  protected:
+    explicit RecordList(const Editing& editing) : editing_(editing) {}
+
+    ConfigChecks checks() const { return {editing_.model, editing_.prompts}; }
+    const ConfigTables& tables() const { return editing_.model.tables(); }
+
+    Editing editing_;
 };
 
 // Whether the model took a change; when it did not, the operator is told: the model refuses only

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "editors/editing.h"
-#include "forms/edit_list.h"
 
 namespace korvane {
 
@@ -23,9 +22,9 @@ class FrameListForm : public Form {
 };
 
 // The frames of a multiplex table.
-class FrameList : public EditList {
+class FrameList : public RecordList {
   public:
-    FrameList(const Editing& editing, TableKind kind) : editing_(editing), kind_(kind) {}
+    FrameList(const Editing& editing, TableKind kind) : RecordList(editing), kind_(kind) {}
 
     std::vector<ListColumn> columns() const override;
     std::vector<ListRow> rows() const override;
@@ -37,9 +36,8 @@ class FrameList : public EditList {
 
   private:
     using Frames = decltype(MultiplexTable::frames);
-    const Frames& frames() const { return editing_.model.tables().table(kind_).frames; }
+    const Frames& frames() const { return tables().table(kind_).frames; }
 
-    Editing editing_;
     TableKind kind_;
 };
 

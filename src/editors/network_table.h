@@ -3,7 +3,6 @@
 #include <string>
 
 #include "editors/editing.h"
-#include "forms/edit_list.h"
 
 namespace korvane {
 
@@ -29,9 +28,9 @@ class NetworkTableForm : public Form {
 };
 
 // Its frequency points beside the network's own.
-class FrequencyPointList : public EditList {
+class FrequencyPointList : public RecordList {
   public:
-    explicit FrequencyPointList(const Editing& editing) : editing_(editing) {}
+    explicit FrequencyPointList(const Editing& editing) : RecordList(editing) {}
 
     std::vector<ListColumn> columns() const override;
     std::vector<ListRow> rows() const override;
@@ -40,16 +39,13 @@ class FrequencyPointList : public EditList {
     bool remove(int row) override;
 
   private:
-    ConfigChecks checks() const { return {editing_.model, editing_.prompts}; }
-    const auto& points() const { return editing_.model.tables().network.otherFrequencies; }
-
-    Editing editing_;
+    const auto& points() const { return tables().network.otherFrequencies; }
 };
 
 // Its neighbours.
-class NeighbourNetworkList : public EditList {
+class NeighbourNetworkList : public RecordList {
   public:
-    explicit NeighbourNetworkList(const Editing& editing) : editing_(editing) {}
+    explicit NeighbourNetworkList(const Editing& editing) : RecordList(editing) {}
 
     std::vector<ListColumn> columns() const override;
     std::vector<ListRow> rows() const override;
@@ -58,10 +54,7 @@ class NeighbourNetworkList : public EditList {
     bool remove(int row) override;
 
   private:
-    ConfigChecks checks() const { return {editing_.model, editing_.prompts}; }
-    const auto& networks() const { return editing_.model.tables().network.neighbours; }
-
-    Editing editing_;
+    const auto& networks() const { return tables().network.neighbours; }
 };
 
 }  // namespace korvane

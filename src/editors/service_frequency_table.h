@@ -1,7 +1,6 @@
 #pragma once
 
 #include "editors/editing.h"
-#include "forms/edit_list.h"
 
 namespace korvane {
 
@@ -28,9 +27,10 @@ class ServiceFrequencyTableForm : public Form {
 };
 
 // Its pairs of service and frequency point, as far as the page shows them.
-class ServiceFrequencyList : public EditList {
+class ServiceFrequencyList : public RecordList {
   public:
-    ServiceFrequencyList(const Editing& editing, TableKind kind) : editing_(editing), kind_(kind) {}
+    ServiceFrequencyList(const Editing& editing, TableKind kind)
+        : RecordList(editing), kind_(kind) {}
 
     std::vector<ListColumn> columns() const override;
     std::vector<ListRow> rows() const override;
@@ -39,11 +39,8 @@ class ServiceFrequencyList : public EditList {
     bool remove(int row) override;
 
   private:
-    ConfigChecks checks() const { return {editing_.model, editing_.prompts}; }
-    const ConfigTables& tables() const { return editing_.model.tables(); }
     std::size_t entryAt(int row) const;
 
-    Editing editing_;
     TableKind kind_;
 };
 
