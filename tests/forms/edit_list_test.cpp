@@ -19,17 +19,16 @@ class Letters : public EditList {
     Offer offer(int row) const override {
         return row == 0 ? Offer{false, true, false} : EditList::offer(row);
     }
-    bool add(int before) override {
-        log += "add" + std::to_string(before) + ' ';
-        return true;
-    }
-    bool edit(int row) override {
-        log += "edit" + std::to_string(row) + ' ';
-        return true;
-    }
+    bool add(int before) override { return noted("add", before); }
+    bool edit(int row) override { return noted("edit", row); }
     bool remove(int row) override {
         if (letters[static_cast<std::size_t>(row)] == stuck) return false;
         letters.erase(static_cast<std::size_t>(row), 1);
+        return true;
+    }
+
+    bool noted(const std::string& what, int row) {
+        log += what + std::to_string(row) + ' ';
         return true;
     }
 

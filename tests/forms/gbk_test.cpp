@@ -24,9 +24,8 @@ TEST(Gbk, KnowsWhatItLacks) {
 }
 
 TEST(Gbk, ComesBackWithAMarkForWhatIsNone) {
-    EXPECT_EQ(gbkToUtf8("CCTV \xD6\xD0\xCA\xD3"), "CCTV 中视");
+    EXPECT_EQ(gbkToUtf8("") + gbkToUtf8("CCTV \xD6\xD0\xCA\xD3"), "CCTV 中视");
     EXPECT_EQ(gbkToUtf8("\xD6\xD0\xFF").substr(0, 3), "中");
-    EXPECT_EQ(gbkToUtf8(""), "");
 }
 
 }  // namespace
