@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "model/object_bytes.h"
+#include "simulator/network_settings.h"
 
 namespace korvane {
 
@@ -12,9 +13,9 @@ namespace {
 using detail::headerBytes;
 
 template <class T>
-Answer answerWith(const T& object) {
+Answer answerWith(const T& object, std::string note = {}) {
     const auto bytes = bytesOf(object);
-    return Answer::with(Bytes(bytes.begin(), bytes.end()));
+    return Answer::with(Bytes(bytes.begin(), bytes.end()), std::move(note));
 }
 
 template <class T>
@@ -31,7 +32,8 @@ Answer unknown() {
 ConfigurationStore::ConfigurationStore(const DeviceState& initial,
                                        const DeviceConfiguration& defaults)
     : state_(std::make_unique<DeviceState>(initial)),
-      defaults_(std::make_unique<DeviceConfiguration>(defaults)) {}
+      defaults_(std::make_unique<DeviceConfiguration>(defaults)),
+      paramsInForce_(initial.paramsApplied) {}
 
 Answer ConfigurationStore::changed(std::string note) {
     ++revision_;
@@ -56,12 +58,12 @@ Answer ConfigurationStore::handleAuxiliary(CommandCode code, ByteView payload) {
         }
         case CommandCode::SetDeviceParams:
             copyInto(state_->paramsSet, payload);
-            return changed();
+            return changed(describe(state_->paramsSet));
         case CommandCode::GetDeviceParams:
-            return answerWith(state_->paramsSet);
+            return answerWith(state_->paramsSet, whenInForce(state_->paramsSet));
         case CommandCode::ApplyDeviceParams:
             state_->paramsApplied = state_->paramsSet;
-            return changed("device parameters applied");
+            return changed("device parameters applied, " + whenInForce(state_->paramsApplied));
         case CommandCode::SetServiceDescriptions:
             copyInto(state_->set.descriptions, payload);
             return changed();
@@ -70,6 +72,12 @@ Answer ConfigurationStore::handleAuxiliary(CommandCode code, ByteView payload) {
         default:
             return unknown();
     }
+}
+
+std::string ConfigurationStore::whenInForce(const DeviceParamBlock& params) const {
+    return std::ranges::equal(bytesOf(params), bytesOf(paramsInForce_))
+               ? "in force"
+               : "in force after a restart";
 }
 
 Answer ConfigurationStore::setChannels(ByteView payload) {
@@ -146,7 +154,7 @@ Answer ConfigurationStore::restoreDefaults() {
 void ConfigurationStore::restart() {
     receiving_ = false;
     state_->set = state_->applied;
-    state_->paramsSet = state_->paramsApplied;
+    paramsInForce_ = state_->paramsSet = state_->paramsApplied;
     ++revision_;
 }
 

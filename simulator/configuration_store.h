@@ -28,6 +28,8 @@ class ConfigurationStore {
     void restart();            // what was set but never applied is lost
 
     const DeviceState& state() const { return *state_; }
+    // The network settings of the last start: applied ones wait for the next.
+    const DeviceParamBlock& paramsInForce() const { return paramsInForce_; }
     // Counts the changes of the state.
     std::uint32_t revision() const { return revision_; }
 
@@ -36,10 +38,12 @@ class ConfigurationStore {
     Answer handleSet(const Command& command, ByteView payload);
     Answer handleGet(const Command& command);
     Answer setChannels(ByteView payload);
+    std::string whenInForce(const DeviceParamBlock& params) const;
     Answer changed(std::string note = {});
 
     std::unique_ptr<DeviceState> state_;
     std::unique_ptr<DeviceConfiguration> defaults_;
+    DeviceParamBlock paramsInForce_;
     bool receiving_ = false;
     std::uint32_t revision_ = 0;
 };

@@ -113,11 +113,12 @@ std::string Console::status(std::string_view) {
            std::to_string(image->bytesSent) + " bytes sent, alarms " +
            std::to_string(image->alarms) + "; " + std::to_string(state.set.channels[0]) +
            " input channels; configuration " +
-           (state.set == state.applied ? "applied" : "set but not applied") + "; " + faults({});
+           (state.set == state.applied ? "applied" : "set but not applied") + "; " +
+           device_.networkSettings() + "; " + faults({});
 }
 
 std::string Console::alarms(std::string_view argument) {
-    const auto bits = parseNumber(argument);
+    const auto bits = parseUnsigned(argument);
     if (argument != "auto" && (!bits || *bits > 0xFF)) return "alarms needs a byte or auto";
     if (bits)
         device_.status().forceAlarms(static_cast<std::uint8_t>(*bits));

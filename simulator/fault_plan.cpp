@@ -48,7 +48,7 @@ const FaultTraits& traitsOf(FaultKind kind) {
 std::optional<std::uint32_t> parseCommand(std::string_view text) {
     for (const Command& command : commandTable)
         if (command.name == text) return static_cast<std::uint32_t>(command.code);
-    return parseNumber(text);
+    return parseUnsigned(text);
 }
 
 // Cuts `text` at the last `mark` and returns what stood behind it.
@@ -62,7 +62,7 @@ std::optional<std::string_view> splitOff(std::string_view& text, char mark) {
 
 bool parseValue(std::string_view text, const FaultTraits& traits, Fault& fault,
                 std::string& error) {
-    const auto number = parseNumber(text);
+    const auto number = parseUnsigned(text);
     const std::string name(traits.name);
     if (traits.most == 0) {
         error = name + " takes no value";
@@ -84,7 +84,7 @@ bool parseTarget(std::optional<std::string_view> command, std::optional<std::str
         error = "no command '" + std::string(*command) + "'";
         return false;
     }
-    if (count) fault.remaining = parseNumber(*count).value_or(0);
+    if (count) fault.remaining = parseUnsigned(*count).value_or(0);
     if (count && fault.remaining == 0) {
         error = "a count must be a number above 0, not '" + std::string(*count) + "'";
         return false;
@@ -98,7 +98,7 @@ std::span<const FaultTraits> faultTraits() {
     return traitsOfKinds;
 }
 
-std::optional<std::uint32_t> parseNumber(std::string_view text) {
+std::optional<std::uint32_t> parseUnsigned(std::string_view text) {
     int base = 10;
     if (text.starts_with("0x") || text.starts_with("0X")) {
         base = 16;

@@ -48,7 +48,7 @@ std::optional<Fault> parseFault(std::string_view text, std::string& error);
 std::string describe(const Fault& fault);
 
 // An unsigned number, decimal or hexadecimal with 0x; nothing when it is anything else.
-std::optional<std::uint32_t> parseNumber(std::string_view text);
+std::optional<std::uint32_t> parseUnsigned(std::string_view text);
 
 // The faults in force, in the order in which they were added.
 class FaultPlan {

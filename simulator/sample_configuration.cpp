@@ -1,6 +1,5 @@
 #include "simulator/sample_configuration.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "simulator/gbk_texts.h"
@@ -16,11 +15,6 @@ constexpr std::uint32_t megahertz(std::uint32_t value) {
 }
 
 constexpr std::uint8_t bandwidth8MHz = 0, bandwidth2MHz = 1;
-
-template <std::size_t Size>
-void setText(std::array<char, Size>& field, std::string_view text) {
-    std::ranges::copy(text.substr(0, Size - 1), field.begin());
-}
 
 void addNetwork(NetworkInfo& network) {
     network.word0 = {0, 0, 0, 1};
@@ -64,8 +58,8 @@ void setOutput(OutputParamBlock& output, std::size_t channelCount) {
 
 void setVersions(ParamBlock264& block) {
     block.value2 = 0x0206;
-    setText(block.softwareVersion, "V2.0.6");
-    setText(block.hardwareVersion, "V1.3");
+    enterText("V2.0.6", block.softwareVersion);
+    enterText("V1.3", block.hardwareVersion);
 }
 
 void putChannels(const FlatChannelList& channels, DeviceConfiguration& configuration) {
@@ -80,15 +74,15 @@ void putChannels(const FlatChannelList& channels, DeviceConfiguration& configura
 
 DeviceParamBlock sampleParams(std::string_view address) {
     DeviceParamBlock params{};
-    setText(params.controlPort.address, address);
-    setText(params.controlPort.subnetMask, "255.255.255.0");
-    setText(params.controlPort.gateway, "192.168.1.1");
-    setText(params.managementHost, "192.168.1.10");
-    setText(params.controlMac, "001A2B3C4D5E");
-    setText(params.servicePort.address, "192.168.2.101");
-    setText(params.servicePort.subnetMask, "255.255.255.0");
-    setText(params.servicePort.gateway, "192.168.2.1");
-    setText(params.serviceMac, "001A2B3C4D5F");
+    enterText(address, params.controlPort.address);
+    enterText("255.255.255.0", params.controlPort.subnetMask);
+    enterText("192.168.1.1", params.controlPort.gateway);
+    enterText("192.168.1.10", params.managementHost);
+    enterText("001A2B3C4D5E", params.controlMac);
+    enterText("192.168.2.101", params.servicePort.address);
+    enterText("255.255.255.0", params.servicePort.subnetMask);
+    enterText("192.168.2.1", params.servicePort.gateway);
+    enterText("001A2B3C4D5F", params.serviceMac);
     return params;
 }
 

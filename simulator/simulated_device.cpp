@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "device/command_frame.h"
+#include "simulator/network_settings.h"
 #include "simulator/sample_configuration.h"
 
 namespace korvane {
@@ -129,7 +130,8 @@ Answer SimulatedDevice::execute(const Command& command, ByteView payload, std::u
         }
         case CommandCode::RebootDevice:
             reboot(nowMs);
-            return Answer::done("silent for " + std::to_string(settings_.rebootMs) + " ms");
+            return Answer::done("silent for " + std::to_string(settings_.rebootMs) + " ms, then " +
+                                networkSettings());
         case CommandCode::GetHeartbeat:
             return heartbeat();
         case CommandCode::GetDeviceStatus:
@@ -153,6 +155,11 @@ void SimulatedDevice::reboot(std::uint64_t nowMs) {
     assembler_.clear();
     heartbeats_ = 0;
     status_.restart(*decodeConfiguration(store_.state().applied), silentUntilMs_);
+}
+
+// Of the real device: this one goes on answering where it was started.
+std::string SimulatedDevice::networkSettings() const {
+    return describe(store_.paramsInForce());
 }
 
 void SimulatedDevice::applyConfiguration(std::uint64_t nowMs) {

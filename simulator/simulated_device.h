@@ -61,6 +61,8 @@ class SimulatedDevice {
     bool isRebooting(std::uint64_t nowMs) const { return nowMs < silentUntilMs_; }
 
     const DeviceState& state() const { return store_.state(); }
+    // Those in force, in one line.
+    std::string networkSettings() const;
     // Changes whenever state() does.
     std::uint32_t revision() const { return store_.revision(); }
 

@@ -20,7 +20,7 @@ struct OptionRow {
 
 bool setNumber(std::uint32_t& target, std::string_view value, std::uint32_t least,
                std::uint32_t most) {
-    const auto number = parseNumber(value);
+    const auto number = parseUnsigned(value);
     if (!number || *number < least || *number > most) return false;
     target = *number;
     return true;

@@ -1,18 +1,14 @@
 #include "simulator/upgrade_receiver.h"
 
 #include <algorithm>
-#include <array>
-#include <string_view>
 
 #include "device/command_frame.h"
 #include "device/crc32.h"
+#include "device/firmware_file.h"
 
 namespace korvane {
 
 namespace {
-
-constexpr std::array<std::string_view, 3> acceptedNames = {"CMMB_FPGA.rbf", "softH264EP.out",
-                                                           "vxWorks"};
 
 std::string nameIn(ByteView field) {
     const auto end = std::ranges::find(field, std::uint8_t{0});
@@ -44,7 +40,7 @@ void UpgradeReceiver::reset() {
 Answer UpgradeReceiver::begin(ByteView payload) {
     const std::string name = nameIn(payload.first(nameSize));
     const std::size_t size = getBigEndian32(payload.data() + nameSize);
-    if (std::ranges::find(acceptedNames, name) == acceptedNames.end())
+    if (!isFirmwareName(name))
         return Answer::refused(Refusal::WrongFileName, "not a firmware file of this device");
     if (size == 0 || size > largestFile)
         return Answer::refused(Refusal::WrongValue, "a file of " + std::to_string(size) + " bytes");

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "device/crc32.h"
+#include "device/firmware_file.h"
 #include "log/log.h"
 #include "model/whole_file.h"
 
@@ -168,8 +169,7 @@ int runUpgrade(DeviceClient& client, DeviceLink& link, const std::filesystem::pa
     progress.setTotal(length / stepBytes + otherSteps);
     progress.startAt(1);
     progress.at(commandOf(CommandCode::BeginUpgrade).name);
-    const std::u8string name = path.filename().u8string();
-    int result = client.BeginUpgrade({name.begin(), name.end()}, length,
+    int result = client.BeginUpgrade(fileNameOf(path), length,
                                      Crc32(bytes.data(), static_cast<int>(length)));
     if (result != 0) return result;
     progress.add(1);

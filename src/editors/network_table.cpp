@@ -1,10 +1,9 @@
 #include "editors/network_table.h"
 
-#include <algorithm>
-
 #include "editors/frequency_fields.h"
 #include "editors/frequency_point_form.h"
 #include "editors/neighbour_network_form.h"
+#include "model/field_text.h"
 #include "model/frequency_text.h"
 #include "resources/ids.h"
 
@@ -12,19 +11,6 @@ namespace korvane {
 namespace {
 
 constexpr std::uint8_t networkTableId = 1;
-
-using CountryCode = decltype(NetworkInfo::countryCode);
-
-std::string textOf(const CountryCode& code) {
-    return {code.begin(), std::ranges::find(code, '\0')};
-}
-
-// The same text keeps what may stand behind its end.
-void enter(const std::string& text, CountryCode& code) {
-    if (text == textOf(code)) return;
-    code = {};
-    std::copy_n(text.begin(), std::min(text.size(), code.size() - 1), code.begin());
-}
 
 }  // namespace
 
@@ -35,7 +21,7 @@ int NetworkTableForm::dialog() const {
 void NetworkTableForm::load() {
     const NetworkInfo& network = model_.tables().network;
     tableId_ = networkTableId;
-    countryCode_ = textOf(network.countryCode);
+    countryCode_ = fieldText(network.countryCode);
     levelIndex_ = levelIndex(network.level);
     networkNumber_ = network.networkNumber;
     name_ = network.name;
@@ -63,7 +49,7 @@ int NetworkTableForm::accept() {
 
 void NetworkTableForm::enterInto(NetworkInfo& network) const {
     network.tableId = tableId_;
-    enter(countryCode_, network.countryCode);
+    enterText(countryCode_, network.countryCode);
     network.level = levelAt(levelIndex_);
     network.networkNumber = networkNumber_;
     network.name = name_;

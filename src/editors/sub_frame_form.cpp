@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "model/channel_text.h"
+#include "model/field_text.h"
 #include "resources/ids.h"
 #include "text/gbk.h"
 
@@ -22,7 +23,7 @@ ServiceRecord newService(std::uint8_t subFrameId) {
     service.type = static_cast<std::uint8_t>(ServiceType::Media);
     service.encapsulation = 1;
     service.bandwidth = usualBandwidth;
-    std::ranges::copy(toGbk("请输入业务名称").bytes, service.description.name.begin());
+    enterText(toGbk("请输入业务名称").bytes, service.description.name);
     return service;
 }
 
@@ -31,17 +32,6 @@ ServiceRecord described(const Editing& editing, const FrameQuestions& frame,
                         ServiceRecord service) {
     service.description = editing.model.description(frame.place().kind, service);
     return service;
-}
-
-std::string textOf(const Name& name) {
-    return {name.begin(), std::ranges::find(name, '\0')};
-}
-
-// The same text keeps what may stand behind its end.
-void enter(const std::string& text, Name& name) {
-    if (text == textOf(name)) return;
-    name = {};
-    std::ranges::copy(text, name.begin());
 }
 
 }  // namespace
@@ -65,7 +55,7 @@ SubFrameForm::SubFrameForm(const Editing& editing, FrameQuestions& frame,
       subFrameId_(service.subFrameNumber),
       encapsulation_(service.encapsulation == 0),
       bandwidth_(service.bandwidth),
-      name_(textOf(service.description.name)) {}
+      name_(fieldText(service.description.name)) {}
 
 int SubFrameForm::dialog() const {
     return IDD_SUB_FRAME;
@@ -163,7 +153,7 @@ void SubFrameForm::store() {
     service_.serviceId = static_cast<std::uint16_t>(serviceId());
     service_.description.serviceId = service_.serviceId;
     service_.description.language = chinese;
-    enter(name_, service_.description.name);
+    enterText(name_, service_.description.name);
     service_.type = static_cast<std::uint8_t>(components_.entered().type + 1);
     service_.encapsulation = encapsulation_ == 0;
     service_.esgInternal = contents.esgInternal;

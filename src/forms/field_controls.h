@@ -1,15 +1,14 @@
 #pragma once
 
-#include <array>
-#include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace korvane {
+#include "model/ipv4.h"
 
-using Ipv4 = std::array<std::uint8_t, 4>;  // first octet first
+namespace korvane {
 
 // The seam to the controls of a dialog, by their numbers. Texts are UTF-8.
 class FieldControls {
@@ -28,9 +27,9 @@ class FieldControls {
     // Of a list with a check box in each row, in ascending order.
     virtual std::vector<int> checkedRows(int control) const = 0;
     virtual void setCheckedRows(int control, const std::vector<int>& rows) = 0;
-    // Of an IP address box; what is blank counts as 0.
-    virtual Ipv4 address(int control) const = 0;
-    virtual void setAddress(int control, const Ipv4& address) = 0;
+    // Of an IP address box; nothing while all of it is blank, and a part that is counts as 0.
+    virtual std::optional<Ipv4> address(int control) const = 0;
+    virtual void setAddress(int control, const std::optional<Ipv4>& address) = 0;
 
     // Of a bar: what is above 100 shows as full, in the colour of a warning.
     virtual void setLevel(int control, int percent) = 0;

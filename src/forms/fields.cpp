@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "model/field_text.h"
 #include "model/frequency_text.h"
 #include "text/gbk.h"
 
@@ -51,10 +52,27 @@ class AddressField : public ShownField<Ipv4, Ipv4> {
         controls.setAddress(control(), value);
     }
     Ipv4 current(const FieldControls& controls) const override {
-        return controls.address(control());
+        return controls.address(control()).value_or(Ipv4{});
     }
     std::string entered(const Ipv4& address, Ipv4& value) const override {
         value = address;
+        return {};
+    }
+};
+
+class AddressTextField : public ShownField<AddressText, std::optional<Ipv4>> {
+  public:
+    using ShownField::ShownField;
+
+  private:
+    void put(FieldControls& controls, const AddressText& value) override {
+        controls.setAddress(control(), parseAddress(fieldText(value)));
+    }
+    std::optional<Ipv4> current(const FieldControls& controls) const override {
+        return controls.address(control());
+    }
+    std::string entered(const std::optional<Ipv4>& address, AddressText& value) const override {
+        enterText(addressText(address.value_or(Ipv4{})), value);
         return {};
     }
 };
@@ -83,12 +101,22 @@ void Fields::megahertz(int control, std::uint32_t& value) {
         std::make_unique<NumberField<std::uint32_t>>(control, value, 0, most, unitsPerMegahertz));
 }
 
+void Fields::kilobits(int control, std::uint32_t& bitsPerSecond) {
+    constexpr std::uint32_t unit = 1000, most = std::numeric_limits<std::uint32_t>::max() / unit;
+    fields_.push_back(
+        std::make_unique<NumberField<std::uint32_t>>(control, bitsPerSecond, 0, most, unit));
+}
+
 void Fields::text(int control, std::string& gbk, std::string_view name, std::size_t limit) {
     fields_.push_back(std::make_unique<TextField>(control, gbk, name, limit));
 }
 
 void Fields::address(int control, Ipv4& value) {
     fields_.push_back(std::make_unique<AddressField>(control, value));
+}
+
+void Fields::address(int control, AddressText& text) {
+    fields_.push_back(std::make_unique<AddressTextField>(control, text));
 }
 
 void Fields::selection(int control, int& index) {

@@ -7,8 +7,11 @@
 #include <vector>
 
 #include "forms/field_kinds.h"
+#include "model/records.h"
 
 namespace korvane {
+
+using AddressText = DeviceParamBlock::Text;
 
 // What a dialog says once: which control stands for which value. The values outlive this table.
 // A value whose control still shows what it was given keeps all of its bits, also those that no
@@ -21,6 +24,8 @@ class Fields {
                 std::uint32_t most = std::numeric_limits<T>::max());
     // A frequency in units of 10 Hz, shown and entered in whole MHz, at most 42,949.
     void megahertz(int control, std::uint32_t& value);
+    // A rate in bit/s, shown and entered in whole kbit/s, at most 4,294,967.
+    void kilobits(int control, std::uint32_t& bitsPerSecond);
     // GBK text. `name` is what the operator calls it; one of more than `limit` bytes is refused.
     void text(int control, std::string& gbk, std::string_view name, std::size_t limit = SIZE_MAX);
     // The index of an item of a drop-down list. A value that there is no item for shows as the
@@ -34,6 +39,8 @@ class Fields {
     template <class T>
     void flag(int control, T& value, int enables = 0);
     void address(int control, Ipv4& value);
+    // Dotted decimal; a text that is no address shows as none.
+    void address(int control, AddressText& text);
     // The selected item of a drop-down list that the form itself fills; -1 for none.
     void selection(int control, int& index);
     // The checked rows of a list that the form's window fills.

@@ -1,5 +1,7 @@
 #include "model/channel_text.h"
 
+#include "model/ipv4.h"
+
 #include <span>
 
 namespace korvane {
@@ -12,10 +14,7 @@ std::string nameOf(std::size_t value, std::span<const std::string_view> names) {
 }  // namespace
 
 std::string receiveAddress(const InputChannelRecord& channel) {
-    std::string text;
-    for (const std::uint8_t octet : channel.address) text += std::to_string(octet) + '.';
-    text.back() = ':';
-    return text + std::to_string(channel.port);
+    return addressText(channel.address) + ':' + std::to_string(channel.port);
 }
 
 std::string_view inputMode(const InputChannelRecord& channel) {

@@ -95,7 +95,7 @@ int ConfigChecks::checkCaSystem(std::uint16_t caSystemId, std::uint16_t serviceI
     return passed;
 }
 
-int ConfigChecks::checkPid(std::uint16_t pid) {
+int ConfigChecks::checkPid(std::uint32_t pid) {
     return pid < 8192 ? passed : refuse("PID必须在0~0x1fff之间", -1);
 }
 
@@ -135,6 +135,12 @@ int ConfigChecks::checkDataUnitType(std::uint8_t type) {
 
 int ConfigChecks::checkDeviceNumber(std::uint32_t number) {
     return number < 65536 ? passed : refuse("设备号必须在0~65535之间", -1);
+}
+
+int ConfigChecks::checkSystemBitRate(std::uint32_t bitRate) {
+    const std::uint32_t kilobits = bitRate / 1000;
+    const bool inRange = kilobits >= limits::leastSystemKbps && kilobits <= limits::mostSystemKbps;
+    return inRange ? passed : refuse("系统码率应在1000Kbps~50000Kbps之间", -1);
 }
 
 }  // namespace korvane

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string_view>
 
 #include "model/config_model.h"
+#include "model/ipv4.h"
 #include "model/prompts.h"
 
 namespace korvane {
@@ -14,8 +14,6 @@ namespace korvane {
 // changes the configuration. Texts are GBK bytes like those of the records.
 class ConfigChecks {
   public:
-    using Ipv4 = std::array<std::uint8_t, 4>;  // first octet first
-
     ConfigChecks(const ConfigModel& model, Prompts& prompts) : model_(model), prompts_(prompts) {}
 
     // -1: not a multicast address (only looked at with `checkMulticast`); -2: another channel of
@@ -36,15 +34,16 @@ class ConfigChecks {
     // -1: the CA system id is there; -2: the service id is. Each only looked at with its flag.
     int checkCaSystem(std::uint16_t caSystemId, std::uint16_t serviceId, bool checkCaId,
                       bool checkServiceId);
-    int checkPid(std::uint16_t pid);  // below 8192
+    int checkPid(std::uint32_t pid);  // below 8192
     // -1: not 12 characters; -2: one that is neither digit nor letter; -3: a group address. Letters
     // beyond F count on from 15 and fold into the byte: devices were configured so.
     int checkMacAddress(std::string_view text);
     int checkMulticastAddress(const Ipv4& address);  // 0.0.0.0 or 224-239
     int checkNeighbourNetwork(const NeighbourNetwork& network);
     int checkFrequencyPoint(const FrequencyPoint& point);
-    int checkDataUnitType(std::uint8_t type);     // 128-159
-    int checkDeviceNumber(std::uint32_t number);  // below 65536
+    int checkDataUnitType(std::uint8_t type);       // 128-159
+    int checkDeviceNumber(std::uint32_t number);    // below 65536
+    int checkSystemBitRate(std::uint32_t bitRate);  // bit/s, its whole kbit/s as limits say
 
   private:
     int refuse(std::string_view message, int result);

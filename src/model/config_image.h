@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "model/field_text.h"
 #include "model/records.h"
 
 // The configuration as it travels between panel and device, and as it stands in files. Built and
@@ -185,13 +186,5 @@ void fromNetworkOrder(ServiceDescriptionImage& image);
 
 void toNetworkOrder(InputChannelRecord& record);
 void fromNetworkOrder(InputChannelRecord& record);
-
-// A text in a fixed field: up to the terminator or the field's end.
-template <std::size_t Size>
-std::string fieldText(const std::array<char, Size>& field) {
-    std::size_t length = 0;
-    while (length < Size && field[length] != '\0') ++length;
-    return std::string(field.data(), length);
-}
 
 }  // namespace korvane

@@ -166,6 +166,7 @@ class ConfigModel {
 
     // Opaque blocks and conditional access.
 
+    void setOutputParams(const OutputParamBlock& params) { tables_.outputParams = params; }
     int get264Block(ParamBlock264& block) const;
     int set264Block(const ParamBlock264& block);
     int getCaTable(CaDescriptionTable& table) const;

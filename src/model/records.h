@@ -31,6 +31,8 @@ inline constexpr std::size_t caSystems = 10;
 inline constexpr std::size_t serviceDescriptions = 40;  // slots of the description image
 inline constexpr std::size_t networkName = 256;         // GBK bytes
 inline constexpr std::size_t countryCode = 3;           // characters
+inline constexpr std::uint32_t leastSystemKbps = 1000;  // of the multiplex output
+inline constexpr std::uint32_t mostSystemKbps = 50000;
 }  // namespace limits
 
 enum class TableKind : std::uint8_t { Continuous = 0, ShortTime = 1 };

@@ -72,8 +72,10 @@ std::optional<INT_PTR> PanelWindow::onMessage(UINT message, WPARAM wParam, LPARA
 }
 
 // The system sends the commands of keys to the outermost dialog. A button's goes on to the dialog
-// that the button is in; Enter and Esc, which nothing here takes, to the one that has the focus.
+// that the button is in; Enter and Esc, which nothing here takes, to the one that has the focus,
+// even where the system names a control: the parts of an address box have numbers like theirs.
 bool PanelWindow::onCommand(int id, int notification, HWND control) {
+    if (id == IDOK || id == IDCANCEL) control = nullptr;
     HWND target = control ? GetParent(control) : focusedDialog();
     if (!target || !IsChild(hwnd(), target)) return false;
     SendMessageW(target, WM_COMMAND, MAKEWPARAM(id, notification),

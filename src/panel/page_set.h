@@ -4,8 +4,9 @@
 #include <memory>
 #include <vector>
 
-#include "device/status_source.h"
-#include "editors/editing.h"
+#include "device/device_manager.h"
+#include "device/transfer_runner.h"
+#include "forms/form.h"
 #include "forms/revealing_prompts.h"
 #include "ui/page.h"
 
@@ -17,11 +18,14 @@ struct PageSet {
     std::vector<std::unique_ptr<Page>> tables;
 };
 
-// What the pages work with. `revealTables` brings the page of the control tables to the front.
+// What the pages work with. The last two bring the page of the control tables, or that of the
+// system configuration, to the front.
 struct PageSurroundings {
-    Editing editing;
-    const StatusSource& status;
-    RevealingPrompts::Reveal revealTables;
+    DeviceManager& manager;
+    Prompts& prompts;
+    FormRunner& forms;
+    TransferRunner& transfers;
+    RevealingPrompts::Reveal revealTables, revealSystem;
 };
 
 using PageMaker = std::function<PageSet(const PageSurroundings&)>;

@@ -56,7 +56,7 @@ void PanelCommands::save() {
     if (!pages_.commit() || pages_.check() != 0) return;
     const int result =
         transfers_.run([this](auto sink) { return manager_.startDownload(std::move(sink)); });
-    if (result != 0) return reportTransferFailure(result);
+    if (result != 0) return prompts_.warning(transferFailureText(result));
     lastSettingMs_ = manager_.link().ticks();
 }
 
@@ -65,7 +65,7 @@ void PanelCommands::load() {
     if (!prompts_.confirm("确认要重新从设备获取配置吗?")) return;
     const int result =
         transfers_.run([this](auto sink) { return manager_.startUpload(std::move(sink)); });
-    if (result != 0) return reportTransferFailure(result);
+    if (result != 0) return prompts_.warning(transferFailureText(result));
     pages_.refresh();
     // The cache only spares a load at the next start: without it nothing is lost.
     if (manager_.model().saveCacheFile() != 0) logLine(logWarning, "配置缓存文件写入失败");
@@ -90,8 +90,7 @@ void PanelCommands::restoreDefaults() {
 // The default extension is not the filter's, so that an export typed without one is told apart
 // from the files that the panel keeps for itself.
 void PanelCommands::exportFile() {
-    // Pages that nobody touched leave the configuration as it is, to the byte.
-    if (pages_.changed() && !pages_.commit()) return;
+    if (!pages_.commitChanges()) return;
     const auto path = prompts_.chooseFileToSave({"ipr", fileFilter});
     if (!path) return;
     const int result = manager_.model().saveConfigFile(*path);
@@ -123,11 +122,6 @@ int PanelCommands::importInto(const std::filesystem::path& path, bool withDevice
     const int result = model.loadConfigFile(path, withDeviceParams, leftOut);
     if (result != 0) model.setFlatChannels(channels);
     return result;
-}
-
-void PanelCommands::reportTransferFailure(int result) {
-    prompts_.warning(result == link_result::unreachable ? "连接设备失败,请检查网络连接"
-                                                        : "与设备通信错误，请重试");
 }
 
 void PanelCommands::reportCommandFailure(int result) {

@@ -20,11 +20,12 @@ class Pages {
     // Takes the pending edits of the control tables into the model. False when an entry was
     // refused; then a message has been shown.
     virtual bool commit() = 0;
-    // Whether there are any.
-    virtual bool changed() const = 0;
     // Reads the system configuration's fields into the model. Non-zero when one is wrong; then a
     // message has been shown.
     virtual int check() = 0;
+    // Both, of the pages that the operator has touched alone: the others leave the configuration as
+    // it is, to the byte. False when an entry was refused.
+    virtual bool commitChanges() = 0;
 };
 
 // The device and file commands of the main panel, each called when its button is pressed: guards,
@@ -44,7 +45,6 @@ class PanelCommands {
   private:
     // False, after saying `refusal` with the time, when the last setting is too recent.
     bool settledSinceLastSetting(std::string_view refusal);
-    void reportTransferFailure(int result);
     void reportCommandFailure(int result);
     int importInto(const std::filesystem::path& path, bool withDeviceParams,
                    ChannelsLeftOut& leftOut);

@@ -21,8 +21,11 @@ class PanelPages : public Pages {
         for (const auto index : {InputChannels, ControlTables, System}) pages_[index]->refresh();
     }
     bool commit() override { return pages_[ControlTables]->commit(); }
-    bool changed() const override { return pages_[ControlTables]->changed(); }
     int check() override { return pages_[System]->check(); }
+    bool commitChanges() override {
+        return (!pages_[ControlTables]->changed() || commit()) &&
+               (!pages_[System]->changed() || check() == 0);
+    }
 
   private:
     std::array<PageContent*, count> pages_;

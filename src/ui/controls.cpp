@@ -64,15 +64,21 @@ void Combo::setItems(std::span<const std::string_view> items) const {
         send(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(toWide(item).c_str()));
 }
 
-IpBox::Address IpBox::address() const {
+std::optional<Ipv4> IpBox::address() const {
+    if (send(IPM_ISBLANK)) return std::nullopt;
     DWORD packed = 0;
     send(IPM_GETADDRESS, 0, reinterpret_cast<LPARAM>(&packed));
-    return {static_cast<std::uint8_t>(packed >> 24), static_cast<std::uint8_t>(packed >> 16),
-            static_cast<std::uint8_t>(packed >> 8), static_cast<std::uint8_t>(packed)};
+    return Ipv4{static_cast<std::uint8_t>(packed >> 24), static_cast<std::uint8_t>(packed >> 16),
+                static_cast<std::uint8_t>(packed >> 8), static_cast<std::uint8_t>(packed)};
 }
 
-void IpBox::setAddress(const Address& address) const {
-    send(IPM_SETADDRESS, 0, MAKEIPADDRESS(address[0], address[1], address[2], address[3]));
+void IpBox::setAddress(const std::optional<Ipv4>& address) const {
+    if (!address) {
+        send(IPM_CLEARADDRESS);
+        return;
+    }
+    const auto& [a, b, c, d] = *address;
+    send(IPM_SETADDRESS, 0, MAKEIPADDRESS(a, b, c, d));
 }
 
 void Tab::append(std::string_view text) const {

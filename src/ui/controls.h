@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "model/ipv4.h"
+
 namespace korvane {
 
 // Values that stand for one control of a dialog and speak for it in the dialog's terms. They own
@@ -88,10 +90,9 @@ class Combo : public Control {
 class IpBox : public Control {
   public:
     using Control::Control;
-    using Address = std::array<std::uint8_t, 4>;  // first octet first
-    // Fields left blank count as 0.
-    Address address() const;
-    void setAddress(const Address& address) const;
+    // Nothing while it is blank; a part that is blank alone counts as 0.
+    std::optional<Ipv4> address() const;
+    void setAddress(const std::optional<Ipv4>& address) const;
 };
 
 class Tab : public Control {

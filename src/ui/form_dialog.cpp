@@ -40,10 +40,10 @@ void DialogControls::setCheckedRows(int control, const std::vector<int>& rows) {
     for (int row = 0; row < list.count(); ++row)
         list.setChecked(row, std::ranges::find(rows, row) != rows.end());
 }
-Ipv4 DialogControls::address(int control) const {
+std::optional<Ipv4> DialogControls::address(int control) const {
     return at<IpBox>(control).address();
 }
-void DialogControls::setAddress(int control, const Ipv4& address) {
+void DialogControls::setAddress(int control, const std::optional<Ipv4>& address) {
     at<IpBox>(control).setAddress(address);
 }
 void DialogControls::setLevel(int control, int percent) {

@@ -23,8 +23,8 @@ class DialogControls : public FieldControls {
     void setChecked(int control, bool checked) override;
     std::vector<int> checkedRows(int control) const override;
     void setCheckedRows(int control, const std::vector<int>& rows) override;
-    Ipv4 address(int control) const override;
-    void setAddress(int control, const Ipv4& address) override;
+    std::optional<Ipv4> address(int control) const override;
+    void setAddress(int control, const std::optional<Ipv4>& address) override;
     void setLevel(int control, int percent) override;
     void setEnabled(int control, bool enabled) override;
     void setVisible(int control, bool visible) override;

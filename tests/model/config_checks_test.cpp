@@ -55,8 +55,6 @@ TEST_P(Checks, AnswerAndSayWhy) {
     EXPECT_TRUE(model->tables() == *before);
 }
 
-using Ipv4 = ConfigChecks::Ipv4;
-
 #define CHECK_CASE(call, ...)                                                 \
     CheckCase {                                                               \
 #call, [](ConfigChecks & checks) { return checks.call; }, __VA_ARGS__ \

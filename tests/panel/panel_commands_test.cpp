@@ -173,6 +173,10 @@ TEST_F(PanelCommandsTest, NothingIsSavedWhileAFieldIsWrong) {
 TEST_F(PanelCommandsTest, AnExportTakesWhatWasEnteredAndNothingElse) {
     page_[1].entered = true;
     EXPECT_EQ(press(exportFile), "commit 1\n" + exporting);
+    page_[3].entered = true;
+    EXPECT_EQ(press(exportFile), "commit 1\ncheck 3\n" + exporting);
+    page_[3].checkResult = -1;
+    EXPECT_EQ(press(exportFile), "commit 1\ncheck 3\n");
     page_[1].commits = false;
     EXPECT_EQ(press(exportFile), "commit 1\n");
 }

@@ -18,11 +18,9 @@ const std::set<std::array<int, 3>> alternatives = {};
 
 // All fields that the operator cannot write in: {dialog, control}.
 const std::set<std::pair<int, int>> readOnlyFields = {
-    {IDD_NETWORK_PAGE, IDC_NETWORK_TABLE_ID},
-    {IDD_SERVICE_FREQUENCY_PAGE, IDC_TABLE_ID},
-    {IDD_CA_PAGE, IDC_TABLE_ID},
-    {IDD_FRAME_LIST_PAGE, IDC_TABLE_ID},
-    {IDD_FRAME_LIST_PAGE, IDC_TABLE_CHANNEL_NUMBER}};
+    {IDD_SYSTEM_PAGE, IDC_FIRMWARE_FILE},       {IDD_NETWORK_PAGE, IDC_NETWORK_TABLE_ID},
+    {IDD_SERVICE_FREQUENCY_PAGE, IDC_TABLE_ID}, {IDD_CA_PAGE, IDC_TABLE_ID},
+    {IDD_FRAME_LIST_PAGE, IDC_TABLE_ID},        {IDD_FRAME_LIST_PAGE, IDC_TABLE_CHANNEL_NUMBER}};
 
 INT_PTR CALLBACK leaveAll(HWND, UINT, WPARAM, LPARAM) {
     return FALSE;
@@ -282,6 +280,12 @@ TEST_F(DialogTemplates, SpeakTheOperatorsWords) {
          "网络信息 网络级别 网络号 网络名称 频点编号 中心频率(MHz) 带宽 确定 取消 "},
         {IDD_SERVICE_FREQUENCY_PAGE, "表标识号 业务列表 "},
         {IDD_SERVICE_FREQUENCY, "业务频点关联配置 业务号 频点号 确定 取消 "},
+        {IDD_SYSTEM_PAGE,
+         "控制网口 本机IP： 子网掩码： 网关IP： 网管IP： MAC地址： 业务网口 本机IP： 子网掩码： "
+         "网关IP： MAC地址： 设置 (网络设置必须重启后才能生效) 复用输出参数 PMS PID: 设备号: "
+         "发射延时(秒): 控制信息表更新序号提前量指示: 时钟选择: 启用时间标签 发送下一帧参数 "
+         "双机热备设置 作为备份设备 备份设备IP： 告警开关 1PPS 10M TOD 系统码率 Kbps 设备升级 浏览 "
+         "升级 "},
         {IDD_CA_PAGE, "表标识号 段数量 是否发送 加密授权系统列表 "},
         {IDD_CA_SYSTEM,
          "加密授权系统配置 CA_System_ID 业务标识 EMM数据单元类型 ECM数据单元类型 ECM传送方式 "

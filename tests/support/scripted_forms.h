@@ -25,8 +25,10 @@ class ScriptedControls : public FieldControls {
     void setCheckedRows(int control, const std::vector<int>& checked) override {
         rows[control] = checked;
     }
-    Ipv4 address(int control) const override { return value(addresses, control); }
-    void setAddress(int control, const Ipv4& address) override { addresses[control] = address; }
+    std::optional<Ipv4> address(int control) const override { return value(addresses, control); }
+    void setAddress(int control, const std::optional<Ipv4>& address) override {
+        addresses[control] = address;
+    }
     void setLevel(int control, int percent) override { levels[control] = percent; }
     void setEnabled(int control, bool enabled) override { enabledOnes[control] = enabled; }
     void setVisible(int control, bool visible) override { visibleOnes[control] = visible; }
@@ -37,7 +39,7 @@ class ScriptedControls : public FieldControls {
     std::map<int, std::vector<std::string>> items;
     std::map<int, bool> checks, enabledOnes, visibleOnes;
     std::map<int, std::vector<int>> rows;  // those that are checked
-    std::map<int, Ipv4> addresses;
+    std::map<int, std::optional<Ipv4>> addresses;
     int focused = 0;
 
   private:
