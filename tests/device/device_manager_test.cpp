@@ -184,20 +184,16 @@ TEST_F(Manager, TheLogTellsOfStartStopAndTheCache) {
 
 // A save keeps the link busy, and the device takes its time to make it take effect.
 TEST(ManagerNews, AreNoneDuringASaveAndTenSecondsAfterIt) {
-    class AskingLink : public test::ScriptedLink {
-      public:
-        bool isReachable(const std::string& host) override {
-            newsMeanwhile = news();
-            return ScriptedLink::isReachable(host);
-        }
-        std::function<int()> news;
-        int newsMeanwhile = 0;
-    } link;
+    test::ScriptedLink link;
     const test::ScratchDirectory scratch;
     DeviceManager manager(link, scratch.path());
-    link.news = [&manager] {
+    const auto news = [&manager] {
         std::vector<bool> none;
         return manager.getAlarmBits(none);
+    };
+    int newsMeanwhile = 0;
+    link.before = [&](std::string_view call, std::uint32_t) {
+        if (call == "ping") newsMeanwhile = news();
     };
     const auto run = [&](auto start) {
         const auto sink = newSink();
@@ -206,15 +202,16 @@ TEST(ManagerNews, AreNoneDuringASaveAndTenSecondsAfterIt) {
     };
     ASSERT_EQ(manager.client().Start("10.1.2.3"), 0);
     run(&DeviceManager::startUpload);
-    EXPECT_EQ(link.newsMeanwhile, -1);
-    EXPECT_EQ(link.news(), -1);
+    EXPECT_EQ(newsMeanwhile, -1);
+    EXPECT_EQ(news(), -1);
     link.now = 0xFFFFFFFF - 4000;  // the clock wraps meanwhile
     run(&DeviceManager::startDownload);
-    EXPECT_EQ(link.newsMeanwhile, 1);
+    EXPECT_EQ(newsMeanwhile, 1);
     const std::uint32_t end = link.now;
-    for (const auto& [passed, news] : {std::pair{0u, 1}, {9999u, 1}, {10000u, -1}, {60000u, -1}}) {
+    for (const auto& [passed, expected] :
+         {std::pair{0u, 1}, {9999u, 1}, {10000u, -1}, {60000u, -1}}) {
         link.now = end + passed;
-        EXPECT_EQ(link.news(), news) << passed;
+        EXPECT_EQ(news(), expected) << passed;
     }
 }
 

@@ -124,55 +124,30 @@ TEST_F(Poller, TheLogHasALineWhenTheLinkIsLostOrFoundAndNoneAPoll) {
 }
 
 // Of a row of polls that end so, the first is in the log with all that is known.
-TEST(PollerWithAFault, FailsThatPollAndGivesTheLinkBack) {
-    class FaultyLink : public test::ScriptedLink {
-      public:
-        int send(std::uint32_t address, std::uint16_t port, std::uint32_t timeoutMs,
-                 const void* data, std::uint16_t length) override {
-            if (faulty) throw std::runtime_error("planted");
-            return ScriptedLink::send(address, port, timeoutMs, data, length);
-        }
-        bool faulty = true;
-    } link;
+TEST_F(Poller, AFaultFailsThatPollAndGivesTheLinkBack) {
     test::RecordedLog log;
-    DeviceClient client(link);
-    StatusCache cache;
-    StatusPoller poller(client, link, cache, plainThreads());
-    ASSERT_EQ(client.Start("10.1.2.3"), 0);
-    for (int i = 0; i < 3; ++i) poller.pollOnce();
+    link_.before = [](std::string_view, std::uint32_t) { throw std::runtime_error("planted"); };
+    for (int i = 0; i < 3; ++i) poller_.pollOnce();
     EXPECT_EQ(log.count("状态轮询异常: planted"), 1);
-    link.faulty = false;
-    link.staysSilent();
-    link.answers(frameOf(4001, 0));
-    std::thread([&client] { EXPECT_EQ(client.RebootDevice(), 0); }).join();
-    EXPECT_EQ(link.receiveTimeouts.front(), 3000u) << "not the poller's";
+    link_.before = [](std::string_view, std::uint32_t) {};
+    link_.staysSilent();
+    link_.answers(frameOf(4001, 0));
+    std::thread([this] { EXPECT_EQ(client_.RebootDevice(), 0); }).join();
+    EXPECT_EQ(link_.receiveTimeouts.front(), 3000u) << "not the poller's";
 }
 
-// Stops the poller when it has slept often enough.
-class StoppingLink : public test::ScriptedLink {
-  public:
-    void sleep(std::uint32_t milliseconds) override {
-        ScriptedLink::sleep(milliseconds);
-        if (slept.size() == 39) poller->requestStop();
-    }
-    StatusPoller* poller = nullptr;
-};
-
-TEST(PollerThread, PollsEveryTwoSecondsAndEndsSoonAfterItIsAsked) {
-    StoppingLink link;
-    DeviceClient client(link);
-    StatusCache cache;
-    StatusPoller poller(client, link, cache, plainThreads());
-    link.poller = &poller;
-    ASSERT_EQ(client.Start("10.1.2.3"), 0);
-    ASSERT_EQ(poller.start(), 0);
-    poller.join();
-    EXPECT_TRUE(poller.ended());
-    EXPECT_EQ(link.slept, std::vector<std::uint32_t>(39, 100));
-    const auto second = link.log.find("send", 1);
-    EXPECT_EQ(link.log.substr(0, second).size(),
+TEST_F(Poller, PollsEveryTwoSecondsAndEndsSoonAfterItIsAsked) {
+    link_.before = [this](std::string_view call, std::uint32_t) {
+        if (call == "sleep" && link_.slept.size() == 38) poller_.requestStop();
+    };
+    ASSERT_EQ(poller_.start(), 0);
+    poller_.join();
+    EXPECT_TRUE(poller_.ended());
+    EXPECT_EQ(link_.slept, std::vector<std::uint32_t>(39, 100));
+    const auto second = link_.log.find("send", 1);
+    EXPECT_EQ(link_.log.substr(0, second).size(),
               std::strlen("send ") + 20 * std::strlen("sleep100 "));
-    EXPECT_EQ(link.sent.size(), 2u);
+    EXPECT_EQ(link_.sent.size(), 2u);
 }
 
 }  // namespace

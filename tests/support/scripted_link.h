@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "device/command_frame.h"
@@ -49,6 +51,7 @@ class ScriptedLink : public DeviceLink {
     void cancel() override {}
     int send(std::uint32_t address, std::uint16_t port, std::uint32_t timeoutMs, const void* data,
              std::uint16_t length) override {
+        before("send", timeoutMs);
         const auto* bytes = static_cast<const std::uint8_t*>(data);
         sent.push_back({address, port, timeoutMs, Bytes(bytes, bytes + length)});
         log += "send ";
@@ -56,6 +59,7 @@ class ScriptedLink : public DeviceLink {
     }
     int receive(void* buffer, std::size_t capacity, std::uint32_t& received,
                 std::uint32_t timeoutMs) override {
+        before(timeoutMs == 0 ? "drain" : "receive", timeoutMs);
         if (timeoutMs != 0) receiveTimeouts.push_back(timeoutMs);
         std::optional<Bytes> datagram;
         if (timeoutMs == 0) {
@@ -73,17 +77,21 @@ class ScriptedLink : public DeviceLink {
         return 0;
     }
     bool isReachable(const std::string& host) override {
+        before("ping", 0);
         pinged.push_back(host);
         log += "ping ";
         return reachable;
     }
     void sleep(std::uint32_t milliseconds) override {
+        before("sleep", milliseconds);
         slept.push_back(milliseconds);
         log += "sleep" + std::to_string(milliseconds) + " ";
         now += milliseconds;
     }
     std::uint32_t ticks() override { return now; }
 
+    // Told what is about to be done, and how long that may take.
+    std::function<void(std::string_view call, std::uint32_t ms)> before = [](auto, auto) {};
     bool openWorks = true;
     bool closed = false;
     bool reachable = true;
