@@ -11,8 +11,7 @@ ninja -C build/bench >/dev/null
 ninja -C build/windows-x86 Korvane start_bench monitor_bench >/dev/null
 
 status=0
-build/bench/bench/image_bench || status=1
-build/bench/bench/store_bench || status=1
+build/bench/bench/model_bench || status=1
 build/bench/bench/transfer_bench || status=1
 
 . scripts/display.sh
