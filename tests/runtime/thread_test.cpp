@@ -7,6 +7,7 @@
 #include <string>
 
 #include "host/robot.h"
+#include "runtime/event.h"
 #include "runtime/exceptions.h"
 #include "runtime/thread_ref.h"
 #include "system_facts.h"
@@ -18,6 +19,43 @@ namespace {
 using test::longEnoughMs;
 using test::untilStopped;
 using test::Worker;
+
+const std::string eventName = "测试-" + std::to_string(GetCurrentProcessId());
+
+TEST(EventTest, StaysSignalledUntilItIsReset) {
+    Event event;
+    EXPECT_FALSE(event.wait(0));
+    event.signal();
+    EXPECT_TRUE(event.wait(0));
+    EXPECT_TRUE(event.wait(0));
+    event.reset();
+    EXPECT_FALSE(event.wait(0));
+}
+
+TEST(EventTest, OnesOfTheSameNameAreOne) {
+    Event first(eventName), second(eventName);
+    const Event other(eventName + "x"), unnamed, unnamedToo;
+    EXPECT_TRUE(second.existed());
+    first.signal();
+    EXPECT_TRUE(second.wait(0));
+    for (const Event* alone : {&other, &unnamed, &unnamedToo}) {
+        EXPECT_FALSE(alone->existed());
+        EXPECT_FALSE(alone->wait(0));
+    }
+    EXPECT_FALSE(first.existed());
+}
+
+TEST(EventTest, ANameThatIsTakenByAnotherKindOfObjectFails) {
+    const HANDLE mutex = CreateMutexA(nullptr, FALSE, "nox_pub:event:taken");
+    try {
+        const Event event("taken");
+        FAIL();
+    } catch (const EventError& error) {
+        EXPECT_STREQ(error.what(), "cannot create: nox_pub:event:taken");
+        EXPECT_EQ(error.code(), static_cast<DWORD>(ERROR_INVALID_HANDLE));
+    }
+    CloseHandle(mutex);
+}
 
 TEST(ThreadTest, RunsAfterStartWithItsNameIdAndPriorityAndEndsWithItsResult) {
     DWORD id = 0;
@@ -143,6 +181,58 @@ TEST(ThreadTest, AThreadThatCannotBeCreatedThrows) {
         EXPECT_STREQ(error.what(), "creating thread 工作线程");
         EXPECT_EQ(error.code(), static_cast<DWORD>(ERROR_NOT_ENOUGH_MEMORY));
     }
+}
+
+struct Fate {
+    bool destroyed = false, forced = false;
+    std::uint32_t timeout = 0;
+};
+
+class Mourned : public Worker {
+  public:
+    explicit Mourned(Fate& fate) : Worker(&untilStopped), fate_(fate) {}
+    ~Mourned() override { fate_.destroyed = ended(); }  // not before it was stopped
+
+    bool stop(std::uint32_t timeoutMs, bool force) override {
+        fate_ = {false, force, timeoutMs};
+        return Worker::stop(timeoutMs, force);
+    }
+
+  private:
+    Fate& fate_;
+};
+
+TEST(ThreadRefTest, OnlyTheLastOwnerStopsAndDestroys) {
+    Fate fate;
+    ThreadRef first(new Mourned(fate));
+    first->start();
+    {
+        ThreadRef second(first);
+        ThreadRef third;
+        third = second;
+        second.release();
+        EXPECT_FALSE(second);
+    }
+    ThreadRef moved(std::move(first));
+    ThreadRef last = moved;
+    moved.release(longEnoughMs);
+    EXPECT_EQ(fate.timeout, 0u);
+    EXPECT_FALSE(static_cast<Mourned*>(last.get())->ended());
+    last.release(longEnoughMs);
+    EXPECT_TRUE(fate.destroyed && fate.forced);
+    EXPECT_EQ(fate.timeout, longEnoughMs);
+}
+
+TEST(ThreadRefTest, ReassigningOrLeavingTheScopeLetsGoOfAThreadWithFiveSecondsToEnd) {
+    Fate first, second;
+    {
+        ThreadRef thread(new Mourned(first));
+        thread = ThreadRef(new Mourned(second));
+        EXPECT_TRUE(first.destroyed);
+        EXPECT_FALSE(second.destroyed);
+    }
+    EXPECT_TRUE(second.destroyed && second.forced);
+    EXPECT_EQ(second.timeout, 5000u);
 }
 
 }  // namespace
