@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "simulator/panel_side.h"
+#include "simulator/dialogue.h"
 
 namespace korvane::test {
 namespace {
