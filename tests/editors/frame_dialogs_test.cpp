@@ -3,18 +3,15 @@
 #include "editors/form_windows.h"
 #include "editors/frame_dialog.h"
 #include "editors/frame_list_page.h"
-#include "host/robot.h"
 #include "resources/ids.h"
 #include "support/configurations.h"
+#include "support/robot.h"
 #include "support/scripted_prompts.h"
 #include "support/test_host.h"
 #include "ui/window_prompts.h"
 
 namespace korvane {
 namespace {
-
-using host::Robot;
-using host::RobotThread;
 
 class FrameDialogs : public testing::Test {
   protected:
@@ -36,16 +33,11 @@ class FrameDialogs : public testing::Test {
             if (GetDlgCtrlID(one) > IDCANCEL) all += r.text(one) + '|';
         return all;
     }
-    static void end(const Robot& r, HWND dialog, int button) {
-        r.click(dialog, button);
-        r.waitGone(dialog);
-        r.settle();
-    }
     static void configure(const Robot& r, const char* before, const char* after) {
         const HWND dialog = r.waitDialog("时隙配置");
         EXPECT_EQ(r.text(at(dialog, IDC_SLOT_NUMBER)), before);
         r.setText(at(dialog, IDC_SLOT_NUMBER), after);
-        end(r, dialog, IDOK);
+        test::end(r, dialog, IDOK);
     }
     COLORREF colourOf(HWND bar) const {
         COLORREF colour = 0;
@@ -107,7 +99,7 @@ TEST_F(FrameDialogs, OpenFromThePageAndShowWhatIsEntered) {
         r.doubleClickRow(slots, 0);
         configure(r, "2", "3");
         EXPECT_EQ(r.listRows(slots).size(), 3u);
-        end(r, dialog, IDOK);
+        test::end(r, dialog, IDOK);
         EXPECT_EQ(r.listRows(list)[0],
                   (ListRow{"0", "(240, 240)", "保留", "1/2", "QPSK", "模式0"}));
     }).finish();

@@ -1,18 +1,16 @@
 #include <gtest/gtest.h>
 
 #include "device/device_manager.h"
-#include "host/robot.h"
 #include "panel/main_panel.h"
 #include "resources/ids.h"
 #include "support/configurations.h"
+#include "support/robot.h"
 #include "support/scripted_link.h"
 #include "support/test_host.h"
 #include "ui/controls.h"
 
 namespace korvane {
 namespace {
-
-using host::Robot;
 
 // The editors in the panel, as an operator meets them.
 class NetworkDialogs : public testing::Test {
@@ -43,9 +41,7 @@ class NetworkDialogs : public testing::Test {
     // higher into each edit, and the first item into each drop-down list.
     static std::string walk(const Robot& r, HWND dialog, bool enter) {
         std::string all;
-        const HWND first = GetNextDlgTabItem(dialog, nullptr, FALSE);
-        for (HWND one = first; one != first || all.empty();
-             one = GetNextDlgTabItem(dialog, one, FALSE)) {
+        for (const HWND one : test::tabOrder(dialog)) {
             const std::string kind = r.className(one), text = r.text(one);
             all += std::to_string(GetDlgCtrlID(one)) + ' ' + kind + ' ' + text + '\n';
             if (enter && kind == "Edit") r.setText(one, std::to_string(std::stoul(text) + 1));
@@ -53,18 +49,6 @@ class NetworkDialogs : public testing::Test {
         }
         return all;
     }
-    static void end(const Robot& r, HWND dialog, int button) {
-        r.click(dialog, button);
-        r.waitGone(dialog);
-        r.settle();
-    }
-    // From the menu of a row; -1 is none.
-    static void choose(const Robot& r, HWND list, int row, const char* text) {
-        r.rightClickRow(list, row);
-        EXPECT_EQ(r.waitPopup().size(), row < 0 ? 1u : 3u);
-        r.choosePopup(text);
-    }
-
     test::TestHost host_;
     test::ScriptedLink link_;
     DeviceManager manager_{link_, "."};
@@ -86,7 +70,7 @@ TEST_F(NetworkDialogs, OpenByMouseMenuAndKeyAndCarryTheirValuesBothWays) {
         {2, 1106, pair, "1096 Edit 100\n1009 Edit 21\n", "1096 Edit 101\n1009 Edit 22\n"},
         {4, 1106, pair, "1096 Edit 200\n1009 Edit 22\n", "1096 Edit 201\n1009 Edit 23\n"},
     };
-    host::RobotThread robot([&](Robot& r) {
+    RobotThread robot([&](Robot& r) {
         for (const auto& [table, id, caption, before, after] : cases) {
             openTable(r, table);
             const HWND list = at(r, id);
@@ -95,21 +79,21 @@ TEST_F(NetworkDialogs, OpenByMouseMenuAndKeyAndCarryTheirValuesBothWays) {
             EXPECT_EQ(walk(r, dialog, true), std::string(before) + buttons);
             const HWND name = GetDlgItem(dialog, IDC_NETWORK_NAME);
             EXPECT_EQ(name && !IsWindowVisible(name), id == IDC_NEIGHBOURS);
-            end(r, dialog, IDOK);
-            choose(r, list, -1, "添加");
-            end(r, r.waitDialog(caption), IDOK);
-            choose(r, list, 0, "修改");
+            test::end(r, dialog, IDOK);
+            test::choose(r, list, -1, 1, "添加");
+            test::end(r, r.waitDialog(caption), IDOK);
+            test::choose(r, list, 0, 3, "修改");
             dialog = r.waitDialog(caption);
             EXPECT_EQ(walk(r, dialog, false), std::string(after) + buttons);
-            end(r, dialog, IDCANCEL);
+            test::end(r, dialog, IDCANCEL);
             host_.run([list] { SetFocus(list); });
             for (const WORD key : {VK_INSERT, VK_RETURN}) {
                 r.key(list, key);
-                end(r, r.waitDialog(caption), IDCANCEL);
+                test::end(r, r.waitDialog(caption), IDCANCEL);
             }
             r.key(list, VK_DELETE);
             r.answer(r.waitBox("请确认删除"), IDNO);
-            choose(r, list, 1, "删除");
+            test::choose(r, list, 1, 3, "删除");
             r.answer(r.waitBox("请确认删除"), IDYES);
             r.settle();
             EXPECT_EQ(r.listRows(list).size(), 1u);
@@ -126,7 +110,7 @@ TEST_F(NetworkDialogs, ThePagesShowTheirFieldsAndShareTheHeightBetweenTheirLists
          "1009 Edit 21\n1011 Edit 474\n1015 ComboBox 2M\n"
          "1068 SysListView32 \n1075 SysListView32 \n"},
     };
-    host::RobotThread robot([&](Robot& r) {
+    RobotThread robot([&](Robot& r) {
         for (const auto& [table, id, fields] : pages) {
             openTable(r, table);
             EXPECT_EQ(walk(r, GetParent(at(r, id)), false), fields);
@@ -148,7 +132,7 @@ TEST_F(NetworkDialogs, ThePagesShowTheirFieldsAndShareTheHeightBetweenTheirLists
 }
 
 TEST_F(NetworkDialogs, ARefusedEntryBringsItsPageToTheFront) {
-    host::RobotThread robot([this](Robot& r) {
+    RobotThread robot([this](Robot& r) {
         for (const auto& [id, text, message] :
              {std::tuple{IDC_COUNTRY_CODE, "CHNA", "国家码超过3个字符"},
               {IDC_NETWORK_NUMBER, "none", "请输入一个整数。"}}) {
@@ -174,7 +158,7 @@ TEST_F(NetworkDialogs, ARefusedEntryBringsItsPageToTheFront) {
 
 // Once another number was taken, the first one is an entry like any other.
 TEST_F(NetworkDialogs, WhatWasCommittedIsWhatEntriesAreHeldAgainst) {
-    host::RobotThread robot([this](Robot& r) {
+    RobotThread robot([this](Robot& r) {
         openTable(r, 0);
         for (const auto& [text, stored] :
              {std::pair{"474", 47412345u}, {"475", 47500000u}, {"474", 47400000u}}) {
@@ -183,7 +167,7 @@ TEST_F(NetworkDialogs, WhatWasCommittedIsWhatEntriesAreHeldAgainst) {
             r.click(panel_.hwnd(), IDC_EXPORT);
             const HWND chooser = r.waitDialog("另存为");
             EXPECT_EQ(manager_.model().tables().network.ownFrequency.centreFrequency, stored);
-            end(r, chooser, IDCANCEL);
+            test::end(r, chooser, IDCANCEL);
         }
     });
 }

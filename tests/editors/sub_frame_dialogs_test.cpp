@@ -2,9 +2,9 @@
 
 #include "editors/form_windows.h"
 #include "editors/sub_frame_form.h"
-#include "host/robot.h"
 #include "resources/ids.h"
 #include "support/configurations.h"
+#include "support/robot.h"
 #include "support/scripted_frame.h"
 #include "support/test_host.h"
 #include "ui/controls.h"
@@ -14,7 +14,6 @@
 namespace korvane {
 namespace {
 
-using host::Robot;
 using Rows = std::vector<std::vector<std::string>>;
 
 class SubFrameDialogs : public testing::Test {
@@ -32,7 +31,7 @@ class SubFrameDialogs : public testing::Test {
     // The service that an operator enters who does what `script` says, up to OK: its type, flag,
     // and the types and last octets of its components.
     std::string entered(const std::function<void(Robot&, HWND)>& script) {
-        host::RobotThread robot([&](Robot& r) {
+        RobotThread robot([&](Robot& r) {
             const HWND dialog = r.waitDialog("复用子帧配置");
             script(r, dialog);
             r.click(dialog, IDOK);
@@ -45,19 +44,12 @@ class SubFrameDialogs : public testing::Test {
             text += ' ' + std::to_string(component.type) + std::to_string(component.address[3]);
         return text;
     }
-    // The numbers of what Tab reaches, in that order.
+    // The numbers of what Tab reaches.
     static std::string walk(HWND dialog) {
         std::string all;
-        const HWND first = GetNextDlgTabItem(dialog, nullptr, FALSE);
-        for (HWND one = first; one != first || all.empty();
-             one = GetNextDlgTabItem(dialog, one, FALSE))
+        for (const HWND one : test::tabOrder(dialog))
             all += std::to_string(GetDlgCtrlID(one)) + ' ';
         return all;
-    }
-    static void choose(const Robot& r, HWND list, int row, std::size_t offered, const char* text) {
-        r.rightClickRow(list, row);
-        EXPECT_EQ(r.waitPopup().size(), offered);
-        r.choosePopup(text);
     }
 
     test::TestHost host_;
@@ -109,7 +101,7 @@ TEST_F(SubFrameDialogs, AMediaServiceGetsItsComponentsFromTheListsOfItsPage) {
         host_.run([page] { EXPECT_TRUE(IsChild(page, GetFocus())); });
         for (const int id : {IDC_VIDEO_COMPONENTS, IDC_AUDIO_COMPONENTS, IDC_ECM_COMPONENTS}) {
             const HWND list = GetDlgItem(page, id);
-            choose(r, list, -1, 1, "添加");
+            test::choose(r, list, -1, 1, "添加");
             const HWND chooser = r.waitDialog("业务组件选择"),
                        rows = GetDlgItem(chooser, IDC_CANDIDATES);
             EXPECT_EQ(r.listColumns(rows), r.listColumns(list));
@@ -119,15 +111,13 @@ TEST_F(SubFrameDialogs, AMediaServiceGetsItsComponentsFromTheListsOfItsPage) {
             if (id != IDC_ECM_COMPONENTS) r.click(chooser, IDC_SELECT_NONE);
             r.settle();
             r.checkRow(rows, 1, true);
-            r.click(chooser, IDOK);
-            r.waitGone(chooser);
-            r.settle();
+            test::end(r, chooser, IDOK);
         }
         r.selectCombo(type, service_type::data);
         const HWND ecm = GetDlgItem(dialog, IDC_ECM_COMPONENTS);
         EXPECT_EQ(r.listRows(ecm),
                   (Rows{{"0", "UDP", "225.1.2.1:5"}, {"1", "UDP", "225.1.2.2:5"}}));
-        choose(r, ecm, 0, 2, "删除");
+        test::choose(r, ecm, 0, 2, "删除");
         r.waitFor("the row is gone", [&] { return r.listRows(ecm).size() == 1; });
         r.selectCombo(type, service_type::media);
         EXPECT_EQ(r.listRows(GetDlgItem(page, IDC_ECM_COMPONENTS)),

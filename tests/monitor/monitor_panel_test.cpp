@@ -3,11 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/robot.h"
 #include "monitor/lamp_picture.h"
 #include "monitor/sample_status.h"
 #include "monitor/scripted_status.h"
 #include "resources/ids.h"
+#include "support/robot.h"
 #include "support/test_host.h"
 #include "ui/bar_chart.h"
 
@@ -103,7 +103,7 @@ class MonitorPanelTest : public testing::Test {
     }
 
     test::TestHost host_;
-    host::Robot robot_{GetCurrentThreadId()};
+    Robot robot_{GetCurrentThreadId()};
     test::ScriptedStatus status_;
     MonitorPanel panel_{status_};
     HBITMAP red_ = nullptr;

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 #include <set>
 
-#include "host/robot.h"
 #include "resources/ids.h"
+#include "support/robot.h"
 #include "support/scripted_link.h"
 #include "support/test_host.h"
 #include "ui/modal.h"
@@ -14,8 +14,6 @@
 namespace korvane {
 namespace {
 
-using host::Robot;
-using host::RobotThread;
 using testing::_;
 using testing::ElementsAre;
 

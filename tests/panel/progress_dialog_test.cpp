@@ -2,14 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include "host/robot.h"
 #include "resources/ids.h"
+#include "support/robot.h"
 
 namespace korvane {
 namespace {
-
-using host::Robot;
-using host::RobotThread;
 
 // As a system that lets only a window's own messages through.
 BOOL WINAPI sendOwnOnly(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -8,15 +8,12 @@
 #include <gtest/gtest.h>
 #include <psapi.h>
 
-#include "host/robot.h"
 #include "runtime/system_facts.h"
+#include "support/robot.h"
 #include "support/test_host.h"
 
 namespace korvane {
 namespace {
-
-using host::Robot;
-using host::RobotThread;
 
 // The library stands at the top of the build folder, the tests two folders below it.
 std::filesystem::path libraryPath() {

@@ -3,17 +3,14 @@
 #include <gtest/gtest.h>
 #include <stdexcept>
 
-#include "host/robot.h"
 #include "resources/ids.h"
 #include "support/recorded_log.h"
+#include "support/robot.h"
 #include "ui/modal.h"
 #include "ui/window_prompts.h"
 
 namespace korvane {
 namespace {
-
-using host::Robot;
-using host::RobotThread;
 
 constexpr const char* caption = "关于 Korvane管理软件";
 constexpr UINT askMessage = WM_APP;

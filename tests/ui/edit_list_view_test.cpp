@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/robot.h"
+#include "support/robot.h"
 #include "support/scripted_prompts.h"
 #include "support/test_host.h"
 #include "ui/form_page.h"
@@ -12,9 +12,6 @@
 
 namespace korvane {
 namespace {
-
-using host::Robot;
-using host::RobotThread;
 
 // Letters; what is done with them is noted. Nothing is offered that the test does not offer.
 class Letters : public EditList {

@@ -2,14 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include "host/robot.h"
+#include "support/robot.h"
 #include "ui/modal.h"
 
 namespace korvane {
 namespace {
-
-using host::Robot;
-using host::RobotThread;
 
 constexpr Prompts::FileChoice choice{"ipr", "korvane Files (*.dat)|*.dat|All Files (*.*)|*.*||"};
 
