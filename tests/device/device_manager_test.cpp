@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <gtest/gtest.h>
 #include <mutex>
 #include <thread>
@@ -58,6 +59,7 @@ class SilentAtLink : public SimulatorLink {
     int receive(void* buffer, std::size_t capacity, std::uint32_t& received,
                 std::uint32_t timeoutMs) override {
         ++calls;
+        if (timeoutMs != 0 && fails()) return -1;
         if (timeoutMs == 0 || !asked_)
             return SimulatorLink::receive(buffer, capacity, received, timeoutMs);
         std::unique_lock lock(mutex_);
@@ -68,12 +70,18 @@ class SilentAtLink : public SimulatorLink {
         return -1;
     }
 
+    bool isReachable(const std::string& host) override {
+        return pings ? pings() : SimulatorLink::isReachable(host);
+    }
+
     void awaitWaiting() {
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [this] { return waiting_; });
     }
 
     std::atomic<std::uint32_t> silentAt;
+    std::function<bool()> fails = [] { return false; };  // a wait for an answer, at once
+    std::function<bool()> pings;
     std::atomic<int> calls{0};
     bool openWorks = true;
 
@@ -215,20 +223,6 @@ TEST(ManagerNews, AreNoneDuringASaveAndTenSecondsAfterIt) {
     }
 }
 
-// A poller that hangs in the system while it holds the client's lock, until it is ended by force.
-class StuckLink : public SilentAtLink {
-  public:
-    using SilentAtLink::SilentAtLink;
-    int receive(void* buffer, std::size_t capacity, std::uint32_t& received,
-                std::uint32_t timeoutMs) override {
-        if (timeoutMs == 0 || stuck.exchange(true))
-            return SilentAtLink::receive(buffer, capacity, received, timeoutMs);
-        while (!released) std::this_thread::yield();
-        return -1;
-    }
-    std::atomic<bool> stuck{false}, released{false};
-};
-
 // Threads that can be ended by force, as far as the panel can tell: one that was is left alone,
 // and holds what it held.
 class ForcibleThreads : public Threads {
@@ -261,69 +255,61 @@ class ForcibleThreads : public Threads {
     };
 };
 
-// What the two have in common.
-template <class Link>
-struct WithForcibleThreads : testing::Test {
-    test::ScratchDirectory scratch;
-    SimulatedDevice device;
-    Link link{device, anyCommand};
-    ForcibleThreads threads;
-    DeviceManager manager{link, scratch.path(), threads};
-    std::shared_ptr<RecordingSink> sink = newSink();
+class ManagerWithForcibleThreads : public testing::Test {
+  protected:
+    test::ScratchDirectory scratch_;
+    SimulatedDevice device_;
+    std::atomic<bool> stuck_{false}, released_{false};
+    SilentAtLink link_{device_, anyCommand};
+    ForcibleThreads threads_;
+    DeviceManager manager_{link_, scratch_.path(), threads_};
+    std::shared_ptr<RecordingSink> sink_ = newSink();
 };
-using ManagerWithHangingPoller = WithForcibleThreads<StuckLink>;
 
-TEST_F(ManagerWithHangingPoller, StopEndsItByForceAndTheNextStartWorks) {
+// It hangs in the system while it holds the client's lock, until it is ended by force.
+TEST_F(ManagerWithForcibleThreads, StopEndsAHangingPollerByForceAndTheNextStartWorks) {
     test::RecordedLog log;
-    ASSERT_EQ(manager.Start("10.1.2.3"), 0);
-    while (!link.stuck) std::this_thread::yield();
+    link_.fails = [this] {
+        const bool first = !stuck_.exchange(true);
+        while (first && !released_) std::this_thread::yield();
+        return first;
+    };
+    ASSERT_EQ(manager_.Start("10.1.2.3"), 0);
+    while (!stuck_) std::this_thread::yield();
     // A transfer waits for the link that the poller holds.
-    ASSERT_EQ(manager.startUpload(sink), 0);
-    EXPECT_EQ(manager.startDownload(newSink()), -1);
-    EXPECT_EQ(manager.Stop(), 0);
-    EXPECT_EQ(threads.forced, 1);
+    ASSERT_EQ(manager_.startUpload(sink_), 0);
+    EXPECT_EQ(manager_.startDownload(newSink()), -1);
+    EXPECT_EQ(manager_.Stop(), 0);
+    EXPECT_EQ(threads_.forced, 1);
     EXPECT_EQ(log.count("强制结束"), 1);
-    EXPECT_EQ(sink->outcomes(), 1);
-    EXPECT_LT(sink->outcome(), 0);
-    EXPECT_EQ(manager.client().RebootDevice(), -1);
-    EXPECT_EQ(manager.Start("10.1.2.3"), 0);
-    EXPECT_EQ(manager.Stop(), 0);
-    EXPECT_EQ(threads.forced, 1);
-    link.released = true;
-    threads.abandoned.join();
+    EXPECT_EQ(sink_->outcomes(), 1);
+    EXPECT_LT(sink_->outcome(), 0);
+    EXPECT_EQ(manager_.client().RebootDevice(), -1);
+    EXPECT_EQ(manager_.Start("10.1.2.3"), 0);
+    EXPECT_EQ(manager_.Stop(), 0);
+    EXPECT_EQ(threads_.forced, 1);
+    released_ = true;
+    threads_.abandoned.join();
 }
 
-// A transfer that holds the link while the system takes its time, cancelled or not.
-class SlowPingLink : public SilentAtLink {
-  public:
-    using SilentAtLink::SilentAtLink;
-    int receive(void* buffer, std::size_t capacity, std::uint32_t& received,
-                std::uint32_t timeoutMs) override {
-        return timeoutMs == 0 ? SilentAtLink::receive(buffer, capacity, received, timeoutMs) : -1;
-    }
-    // Until somebody has been ended by force, or so long that nobody will be any more.
-    bool isReachable(const std::string&) override {
+// It holds the link while the system takes its time, cancelled or not: until somebody has been
+// ended by force, or so long that nobody will be any more.
+TEST_F(ManagerWithForcibleThreads, StopWaitsForASlowTransferAndForcesNoPollerThatMerelyWaits) {
+    link_.fails = [] { return true; };
+    link_.pings = [this] {
         using namespace std::chrono_literals;
         const auto end = std::chrono::steady_clock::now() + 3s;
-        pinging = true;
-        while (threads->forced == 0 && std::chrono::steady_clock::now() < end)
+        stuck_ = true;
+        while (threads_.forced == 0 && std::chrono::steady_clock::now() < end)
             std::this_thread::sleep_for(1ms);
         return false;
-    }
-    ForcibleThreads* threads = nullptr;
-    std::atomic<bool> pinging{false};
-};
-
-using ManagerWithSlowTransfer = WithForcibleThreads<SlowPingLink>;
-
-TEST_F(ManagerWithSlowTransfer, StopWaitsForItAndForcesNoPollerThatMerelyWaits) {
-    link.threads = &threads;
-    ASSERT_EQ(manager.Start("10.1.2.3"), 0);
-    ASSERT_EQ(manager.startUpload(sink), 0);
-    while (!link.pinging) std::this_thread::yield();
-    EXPECT_EQ(manager.Stop(), 0);
-    EXPECT_EQ(threads.forced, 0);
-    EXPECT_EQ(sink->outcome(), -8);
+    };
+    ASSERT_EQ(manager_.Start("10.1.2.3"), 0);
+    ASSERT_EQ(manager_.startUpload(sink_), 0);
+    while (!stuck_) std::this_thread::yield();
+    EXPECT_EQ(manager_.Stop(), 0);
+    EXPECT_EQ(threads_.forced, 0);
+    EXPECT_EQ(sink_->outcome(), -8);
 }
 
 // The link over real sockets, and a load that Stop cuts off: nothing may be left that still uses
