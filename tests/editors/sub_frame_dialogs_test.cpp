@@ -79,6 +79,7 @@ TEST_F(SubFrameDialogs, EachTypeHasItsLayoutAndTheServiceIdIsTold) {
                       "1088 1096 1102 1108 1099 1097 " + std::string(types[type]) + "1 2 ");
             EXPECT_FALSE(IsWindowVisible(at(IDC_UNUSED_COMBO)));
         }
+        EXPECT_EQ(r.comboItems(at(IDC_COMPONENT)).size(), 2u) << "of the last type alone";
         r.setText(at(IDC_SERVICE_BANDWIDTH), "480001");
         EXPECT_EQ(r.text(at(IDC_FREE_BANDWIDTH)), "可用带宽：480000 bps，不足");
         r.click(dialog, IDC_SCRAMBLED);

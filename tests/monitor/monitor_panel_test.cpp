@@ -95,12 +95,6 @@ class MonitorPanelTest : public testing::Test {
         status_.image = *test::smallMultiplex();
         tick();
     }
-    static RECT placeIn(HWND window, HWND ancestor) {
-        RECT area{};
-        GetWindowRect(window, &area);
-        MapWindowPoints(nullptr, ancestor, reinterpret_cast<POINT*>(&area), 2);
-        return area;
-    }
 
     test::TestHost host_;
     Robot robot_{GetCurrentThreadId()};
@@ -158,8 +152,8 @@ TEST_F(MonitorPanelTest, EachLampFollowsTheScreenAndIsAsHighAsItsCaption) {
     const int size = MulDiv(16, GetDeviceCaps(screen, LOGPIXELSX), 96);
     ReleaseDC(nullptr, screen);
     for (const int id : {1110, 1112, 1113, 1114, 1115}) {
-        const RECT area = placeIn(item(id), panel_.hwnd());
-        const RECT caption = placeIn(GetWindow(item(id), GW_HWNDNEXT), panel_.hwnd());
+        const RECT area = Control(item(id)).area();
+        const RECT caption = Control(GetWindow(item(id), GW_HWNDNEXT)).area();
         EXPECT_EQ(area.right - area.left, size);
         EXPECT_EQ(area.bottom - area.top, size);
         EXPECT_LT(area.right, caption.left);
@@ -238,6 +232,7 @@ TEST_F(MonitorPanelTest, CopiesRowsAndBranches) {
     };
     const HWND list = on(IDC_SERVICES), tree = on(IDC_STRUCTURE_TREE);
     press(list, 'A');
+    tick();  // leaves what is selected
     press(list, 'C');
     const std::string copied =
         "0\t101\t50784\t347\t223\t58\t106\t\t\r\n1\t65535\t900\t\t\t\t\t\t\r\n";
@@ -294,25 +289,25 @@ TEST_F(MonitorPanelTest, AllTimersRunWhateverIsShownUntilAButtonStopsItsPage) {
 TEST_F(MonitorPanelTest, ViewsUseTheRoomThereIs) {
     for (const SIZE size : {SIZE{1300, 900}, SIZE{810, 500}}) {
         panel_.place({0, 0, size.cx, size.cy});
-        RECT expected = placeIn(item(IDC_MONITOR_TABS), panel_.hwnd());
+        RECT expected = Control(item(IDC_MONITOR_TABS)).area();
         EXPECT_EQ(expected.right, size.cx);
         EXPECT_EQ(expected.bottom, size.cy);
         InflateRect(&expected, -2, -20);
         for (HWND one : pages()) {
-            const RECT area = placeIn(one, panel_.hwnd());
+            const RECT area = Control(one).area();
             EXPECT_TRUE(EqualRect(&area, &expected));
         }
         const LONG width = expected.right - expected.left, height = expected.bottom - expected.top;
         for (const int id : {IDC_STRUCTURE_TREE, IDC_SERVICES}) {
-            const RECT content = placeIn(on(id), page(id));
-            const RECT button = placeIn(toggle(id).window(), page(id));
+            const RECT content = Control(on(id)).area();
+            const RECT button = toggle(id).area();
             EXPECT_LT(content.bottom, button.top);
             EXPECT_EQ(content.right, button.right);
             EXPECT_EQ(width - content.right, content.left);
             EXPECT_EQ(height - button.bottom, content.left);
         }
-        const RECT frame = placeIn(on(IDC_CHART_FRAME), page(IDC_BAR_CHART));
-        const RECT chart = placeIn(on(IDC_BAR_CHART), page(IDC_BAR_CHART));
+        const RECT frame = Control(on(IDC_CHART_FRAME)).area();
+        const RECT chart = Control(on(IDC_BAR_CHART)).area();
         EXPECT_TRUE(chart.left > frame.left && chart.top > frame.top);
         EXPECT_TRUE(chart.right < frame.right && chart.bottom < frame.bottom);
         EXPECT_GT(chart.right - chart.left, width * 9 / 10);
@@ -323,7 +318,7 @@ TEST_F(MonitorPanelTest, ViewsUseTheRoomThereIs) {
 TEST_F(MonitorPanelTest, PaintsTheGroundInsideItsFrames) {
     RedrawWindow(panel_.hwnd(), nullptr, nullptr,
                  RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
-    const RECT frame = placeIn(item(IDC_LAMP_FRAME), panel_.hwnd());
+    const RECT frame = Control(item(IDC_LAMP_FRAME)).area();
     const HDC dc = GetDC(panel_.hwnd());
     EXPECT_EQ(GetPixel(dc, frame.right - 20, (frame.top + frame.bottom) / 2),
               GetSysColor(COLOR_3DFACE));
