@@ -123,7 +123,6 @@ TEST_F(HostWindowTest, ConnectsToWhatIsAnAddressByKeysAndDisconnectsByItsButton)
         r.close(host);
     });
     window.run();
-    robot.finish();
 }
 
 TEST_F(HostWindowTest, StopsThePluginWhenClosedWhateverItsStartReturned) {

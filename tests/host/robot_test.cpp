@@ -26,7 +26,6 @@ TEST_F(RobotTest, AnswersMessagesAndTellsADialogUnderneathFromAReadyOne) {
         r.waitDialog("样例");
     });
     EXPECT_EQ(MessageBoxW(dialog_, L"确认要\n继续吗?", L"询问", MB_YESNO | MB_DEFBUTTON2), IDYES);
-    robot.finish();
 }
 
 // The question is sent, and so overtakes the click, which is posted: only settle() can tell that
@@ -44,7 +43,6 @@ TEST_F(RobotTest, SettlesAfterWhatWasPostedBefore) {
         r.setText(box, "中央一套 CCTV-1");
         EXPECT_EQ(r.text(box), "中央一套 CCTV-1");
     });
-    robot.finish();
 }
 
 TEST_F(RobotTest, FillsEachKindOfField) {
@@ -68,7 +66,6 @@ TEST_F(RobotTest, FillsEachKindOfField) {
         }
         EXPECT_THROW(r.fill(dialog_, {{2, "广播"}}), RobotError);
     });
-    robot.finish();
 }
 
 }  // namespace
