@@ -192,7 +192,7 @@ TEST_F(Client, TheChannelListIsCutToWhatThePanelKeeps) {
     link_.answers(frameOf(2, 0, payload));
     FlatChannelList channels;
     EXPECT_EQ(client_.GetInputChannels(channels), 0);
-    EXPECT_EQ(channels.size(), 60u);
+    ASSERT_EQ(channels.size(), 60u);
     EXPECT_EQ(channels.back().type, 7);
 }
 

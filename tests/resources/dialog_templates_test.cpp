@@ -255,6 +255,13 @@ TEST_F(DialogTemplates, LetTheOperatorWriteInAllFieldsButThese) {
 // full-width one at that.
 TEST_F(DialogTemplates, SpeakTheOperatorsWords) {
     const std::pair<int, const char*> words[] = {
+        {IDD_GENERAL_CHANNEL, "输入通道参数配置 IP地址： 端口： 接收方式 TCP UDP 确定 取消 "},
+        {IDD_VIDEO_CHANNEL,
+         "视频通道参数配置 IP地址 端口 编码类型 载荷类型 帧频 RTCP同步 封装模式 确定 取消 "},
+        {IDD_AUDIO_CHANNEL,
+         "音频通道参数配置 IP地址 端口 编码类型 采样率 载荷类型 RTCP同步 封装模式 确定 取消 "},
+        {IDD_CONDITIONAL_CHANNEL,
+         "输入通道参数配置 IP地址： 端口： 单元类型： 最大发送间隔(ms)： 确定 取消 "},
         {IDD_NETWORK_PAGE,
          "表标识号 国家码 网络级别 网络号 网络名称 频点编号 中心频率(MHz) 带宽 其他频点配置 "
          "其他网络配置 "},
