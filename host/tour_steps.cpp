@@ -13,6 +13,7 @@
 #include "text/text.h"
 #include "tour.h"
 #include "tour_faults.h"
+#include "tour_progress.h"
 #include "tour_story.h"
 
 namespace korvane::host {
@@ -37,8 +38,6 @@ enum Control : int {
     refreshToggle = 1037,
     monitorTabs = 1042,
     barChart = 1044,
-    progressBar = 1082,
-    progressText = 1086,
     serviceList = 1106,
     timeOfDay = 1122,
     deviceVersion = 1125,
@@ -111,42 +110,13 @@ void resizeHost(Tour& tour) {
     tour.note("the panel follows");
 }
 
-HWND waitProgress(const Robot& robot) {
-    return robot.waitFor("waited for the progress dialog", [&]() -> HWND {
-        for (HWND window : robot.topWindows())
-            if (IsWindowEnabled(window) && robot.findControl(window, progressBar) != nullptr)
-                return window;
-        return nullptr;
-    });
-}
-
-// Until the dialog is gone; `shown` gathers the texts that it went through.
-void watchProgress(Tour& tour, HWND progress, const std::string& name) {
-    const Robot& robot = tour.robot();
-    std::set<std::string> shown;
-    bool pictured = false;
-    robot.waitFor("waited for the transfer to end", [&] {
-        HWND text = robot.findControl(progress, progressText);
-        if (text == nullptr) return true;
-        wchar_t buffer[32] = {};
-        InternalGetWindowText(text, buffer, std::size(buffer));
-        shown.insert(toUtf8(buffer));
-        if (!pictured && shown.size() > 2) {
-            tour.picture(progress, name);
-            pictured = true;
-        }
-        return false;
-    });
-    tour.note("progress dialog with " + std::to_string(shown.size()) + " percentages");
-}
-
 // One run of a transfer: the failure that the panel reported, or nothing.
 std::string transferOnce(Tour& tour, int button, std::string_view question,
                          const std::string& name) {
     const Robot& robot = tour.robot();
     robot.click(tour.body(), button);
     tour.answerBox(question, IDYES, "question-" + name);
-    watchProgress(tour, waitProgress(robot), "1023-progress-" + name);
+    watchProgress(tour, "1023-progress-" + name);
     robot.settle();
     for (HWND window : robot.topWindows()) {
         if (!robot.isBox(window)) continue;
@@ -463,9 +433,12 @@ const std::vector<TourStep>& tourSteps() {
         {"look at services of every type", lookAtServices, true},
         {"add a multiplex frame", addFrame, true},
         {"add a short-time frame", addShortTimeFrame, true},
+        {"change the network settings", changeNetworkSettings, true},
+        {"set the output parameters", setOutputParameters, true},
         {"restore defaults", declineRestore},
         {"save to the device", save},
         {"save again at once", saveAgain},
+        {"upgrade the firmware", upgradeFirmware, true},
         {"reboot", declineReboot},
         {"about", showAbout},
         {"disconnect", disconnectDevice},

@@ -18,5 +18,9 @@ void removeCaSystem(Tour& tour);
 void lookAtServices(Tour& tour);
 void addFrame(Tour& tour);
 void addShortTimeFrame(Tour& tour);
+void changeNetworkSettings(Tour& tour);
+void setOutputParameters(Tour& tour);
+// Not part of the configuration: the device takes the file and throws it away.
+void upgradeFirmware(Tour& tour);
 
 }  // namespace korvane::host

@@ -27,6 +27,7 @@ class Configuration(NamedTuple):
     channels: bytes       # the records in use, back to back
     image: bytes
     descriptions: bytes
+    params: bytes         # the device's own settings
 
 
 def _channel_fields(at: int) -> Iterator[tuple]:
@@ -97,15 +98,18 @@ def read_configuration_file(path) -> Configuration:
     end = FILE_HEAD + count * CHANNEL
     if version != 4108 or len(data) != end + IMAGE + DEVICE_PARAMS + DESCRIPTIONS:
         raise ValueError(f"{path}: not a whole configuration file")
-    return Configuration(data[FILE_HEAD:end], data[end:end + IMAGE], data[-DESCRIPTIONS:])
+    params = end + IMAGE
+    return Configuration(data[FILE_HEAD:end], data[end:params], data[-DESCRIPTIONS:],
+                         data[params:params + DEVICE_PARAMS])
 
 
-def _configuration_at(data: bytes, at: int) -> Configuration:
+def _configuration_at(data: bytes, at: int, params: int) -> Configuration:
     channel_list = at + IMAGE + DESCRIPTIONS + BLOCK_2002
     records = data[channel_list + 1:channel_list + 1 + data[channel_list] * CHANNEL]
     descriptions = data[at + IMAGE:at + IMAGE + DESCRIPTIONS]
     return Configuration(_turned_channels(records), _turned(data[at:at + IMAGE], _image_fields()),
-                         _turned(descriptions, _description_fields()))
+                         _turned(descriptions, _description_fields()),
+                         data[params:params + DEVICE_PARAMS])
 
 
 def read_state_file(path) -> tuple:
@@ -113,7 +117,8 @@ def read_state_file(path) -> tuple:
     data = Path(path).read_bytes()
     if data[:8] != b"KVSIM001" or len(data) != STATE_SIZE:
         raise ValueError(f"{path}: not a whole state file")
-    return (_configuration_at(data, STATE_SET), _configuration_at(data, STATE_SET + CONFIGURATION))
+    return (_configuration_at(data, STATE_SET, 16),
+            _configuration_at(data, STATE_SET + CONFIGURATION, 16 + DEVICE_PARAMS))
 
 
 def differences(first: Configuration, second: Configuration) -> list:

@@ -113,11 +113,14 @@ wait_until() { # PID COMMAND...
 # is added to a file, which the host under Wine writes to as to any other.
 start_simulator() {
     local last log=$out/simulator.log
+    # A tour that goes on right after a restart must find the device again within one command.
+    local restart=()
+    ! $tour || restart=(--reboot-time 2000)
     : >"$console"
     exec 3< <(exec tail -n +1 -s 0.1 -f "$console")
     console_pid=$!
     for last in {2..32}; do
-        "$simulator" --address "127.0.0.$last" --dump "$out/device.state" <&3 >"$log" 2>&1 &
+        "$simulator" "${restart[@]}" --address "127.0.0.$last" --dump "$out/device.state" <&3 >"$log" 2>&1 &
         sim_pid=$!
         if wait_until "$sim_pid" grep -q '^listening on' "$log"; then
             exec 3<&-

@@ -10,7 +10,8 @@ CONTINUOUS, SHORT_TIME = 640, 314884  # places in the image
 NETWORK_NAME = 33  # first its length
 POINT_COUNT, NEIGHBOUR_COUNT = 300, 432
 CONTINUOUS_SERVICES, CONDITIONAL_ACCESS = 629128, 629728
-LAST_CHANNEL_ID = 629856
+OUTPUT = 629820
+LAST_CHANNEL_ID = OUTPUT + 36
 DESCRIPTION, DESCRIPTION_COUNT = 1046, 41840
 MEDIA, ESG, DATA = 1, 3, 5
 
@@ -146,12 +147,26 @@ def _edited_descriptions(before: bytes) -> bytes:
     return bytes(descriptions)
 
 
+def _edit_output(image: bytearray) -> None:
+    alarms = image[OUTPUT + 15]
+    struct.pack_into("<HHBB", image, OUTPUT, 300, 12, 0, 2)
+    struct.pack_into("<BBBBBBBBBI", image, OUTPUT + 7, 1, 7, 0, 1, 10, 20, 30, 41, alarms & ~32,
+                     12_000_000)
+
+
+def _edited_params() -> bytes:
+    texts = ("10.20.30.40", "255.255.0.0", "10.20.0.1", "10.20.0.2", "00112233445A", "10.30.30.40",
+             "255.255.255.0", "10.30.30.1", "02112233445B")
+    return b"".join(text.encode().ljust(16, b"\0") for text in texts)
+
+
 def edited(before: korvane_files.Configuration) -> korvane_files.Configuration:
     image = bytearray(before.image)
     channels = _edited_channels(before.channels)
-    for edit in (_edit_network, _edit_service_frequencies, _edit_conditional_access):
+    for edit in (_edit_network, _edit_service_frequencies, _edit_conditional_access, _edit_output):
         edit(image)
     _edit_frames(image, channels)
     image[LAST_CHANNEL_ID] += 3
     return before._replace(channels=channels, image=bytes(image),
-                           descriptions=_edited_descriptions(before.descriptions))
+                           descriptions=_edited_descriptions(before.descriptions),
+                           params=_edited_params())
