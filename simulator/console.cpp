@@ -114,7 +114,7 @@ std::string Console::status(std::string_view) {
            std::to_string(image->alarms) + "; " + std::to_string(state.set.channels[0]) +
            " input channels; configuration " +
            (state.set == state.applied ? "applied" : "set but not applied") + "; " +
-           device_.networkSettings() + "; " + faults({});
+           faults({}) + "; " + device_.networkSettings();
 }
 
 std::string Console::alarms(std::string_view argument) {

@@ -11,12 +11,15 @@ void DeviceSettings::apply() {
 }
 
 int DeviceSettings::send() {
-    const int result = client_.SetDeviceParams(model_.deviceParams());
-    return result != 0 ? result : client_.ApplyDeviceParams();
+    DeviceClient& client = manager_.client();
+    int result = client.SetDeviceParams(manager_.model().deviceParams());
+    if (result == 0) result = client.ApplyDeviceParams();
+    if (result == 0) manager_.work().sentDeviceParams();
+    return result;
 }
 
 void DeviceSettings::reboot() {
-    const int result = prompts_.whileBusy([this] { return client_.RebootDevice(); });
+    const int result = prompts_.whileBusy([this] { return manager_.client().RebootDevice(); });
     if (result != 0) return prompts_.warning("与设备通信出错，重启设备失败!");
     prompts_.message("设备已收到命令，正在重启中，请稍候!");
 }

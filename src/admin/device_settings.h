@@ -1,7 +1,7 @@
 #pragma once
 
 #include "admin/system_form.h"
-#include "device/device_client.h"
+#include "device/device_manager.h"
 
 namespace korvane {
 
@@ -11,9 +11,8 @@ namespace korvane {
 class DeviceSettings {
   public:
     // All of it outlives this object.
-    DeviceSettings(SystemForm& form, const ConfigModel& model, DeviceClient& client,
-                   Prompts& prompts)
-        : form_(form), model_(model), client_(client), prompts_(prompts) {}
+    DeviceSettings(SystemForm& form, DeviceManager& manager, Prompts& prompts)
+        : form_(form), manager_(manager), prompts_(prompts) {}
 
     void apply();
 
@@ -22,8 +21,7 @@ class DeviceSettings {
     void reboot();
 
     SystemForm& form_;
-    const ConfigModel& model_;
-    DeviceClient& client_;
+    DeviceManager& manager_;
     Prompts& prompts_;
 };
 

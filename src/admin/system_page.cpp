@@ -10,7 +10,7 @@ SystemPage::SystemPage(DeviceManager& manager, Prompts& prompts, TransferRunner&
                        RevealingPrompts::Reveal reveal)
     : SystemPageParts{{prompts, std::move(reveal)},
                       {manager.model(), revealing},
-                      {form, manager.model(), manager.client(), revealing},
+                      {form, manager, revealing},
                       {manager, revealing, transfers}},
       FormPage(form, revealing) {}
 

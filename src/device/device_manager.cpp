@@ -35,22 +35,23 @@ DeviceManager::~DeviceManager() {
 
 int DeviceManager::Start(const std::string& address) {
     endThreads();
+    work_.end(link_.ticks());
     address_ = address;
     model_.setDeviceKey(address);
     model_.resetModel();  // never show, or send, one device's configuration as another's
-    status_.clear();
+    status_.clear(link_.ticks());
     started_ = client_.Start(address) == 0;
     if (!started_) {
         logLine(logError, "启动失败, 设备%s: 无法打开网络套接字", address.c_str());
         return -1;
     }
     logLine(logInformation, "启动, 设备%s", address.c_str());
-    loadCache();
+    work_.begin(loadCache());
     poller_.start();
     return 0;
 }
 
-void DeviceManager::loadCache() {
+bool DeviceManager::loadCache() {
     ChannelsLeftOut leftOut;
     const int result = model_.loadCacheFile(leftOut);
     for (const InputChannelRecord& channel : leftOut)
@@ -62,12 +63,14 @@ void DeviceManager::loadCache() {
         logLine(logInformation, "没有可读的配置缓存文件");
     else
         logLine(logWarning, "配置缓存文件未被采用, 结果%d", result);
+    return result == config_file::ok;
 }
 
 int DeviceManager::Stop() {
     endThreads();
+    work_.end(link_.ticks());
     model_.resetModel();
-    status_.clear();
+    status_.clear(link_.ticks());
     if (std::exchange(started_, false)) logLine(logInformation, "停止, 设备%s", address_.c_str());
     return 0;
 }
@@ -104,16 +107,27 @@ int DeviceManager::start(Transfer kind, std::shared_ptr<ProgressSink> sink,
 }
 
 int DeviceManager::startDownload(std::shared_ptr<ProgressSink> sink) {
-    return start(Transfer::Save, std::move(sink), [this](Progress& progress) {
-        const int result = runSave(client_, model_, progress);
-        lastSaveEnd_ = link_.ticks();
-        return result;
-    });
+    return start(Transfer::Save, std::move(sink),
+                 [this](Progress& progress) { return save(progress); });
+}
+
+int DeviceManager::save(Progress& progress) {
+    work_.saving(link_.ticks());
+    const int result = runSave(client_, model_, progress);
+    work_.saved(result);
+    lastSaveEnd_ = link_.ticks();
+    return result;
 }
 
 int DeviceManager::startUpload(std::shared_ptr<ProgressSink> sink) {
     return start(Transfer::Load, std::move(sink),
-                 [this](Progress& progress) { return runLoad(client_, model_, progress); });
+                 [this](Progress& progress) { return load(progress); });
+}
+
+int DeviceManager::load(Progress& progress) {
+    const int result = runLoad(client_, model_, progress);
+    if (result == 0) work_.loaded();
+    return result;
 }
 
 int DeviceManager::startUpgrade(std::shared_ptr<ProgressSink> sink,
@@ -141,6 +155,15 @@ int DeviceManager::getAlarmBits(std::vector<bool>& out) const {
 
 int DeviceManager::getDeviceStatusImage(DeviceStatusImage& out) const {
     return status_.image(out) ? 0 : -1;
+}
+
+std::uint32_t DeviceManager::statusAgeMs() const {
+    return started_ ? link_.ticks() - status_.imageTime() : 0;
+}
+
+KeptWork::Notice DeviceManager::tendWork() {
+    if (!worker_.running()) notice_ = work_.tend(link_.ticks());
+    return notice_;
 }
 
 }  // namespace korvane

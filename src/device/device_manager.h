@@ -12,6 +12,7 @@
 #include "device/status_poller.h"
 #include "device/status_source.h"
 #include "device/transfer.h"
+#include "keeping/kept_work.h"
 #include "model/config_model.h"
 
 namespace korvane {
@@ -40,6 +41,10 @@ class DeviceManager : public StatusSource {
 
     ConfigModel& model() { return model_; }
     DeviceClient& client() { return client_; }
+    // What is kept of the operator's work. Not while a transfer runs.
+    KeptWork& work() { return work_; }
+    // Lets it look at the model; while a transfer runs, what it saw last.
+    KeptWork::Notice tendWork();
     DeviceLink& link() { return link_; }
     const std::string& deviceAddress() const { return address_; }
 
@@ -57,18 +62,24 @@ class DeviceManager : public StatusSource {
     int getAlarmBits(std::vector<bool>& out) const override;
     // 0 and the latest status, or -1 while the last poll failed.
     int getDeviceStatusImage(DeviceStatusImage& out) const override;
+    // Milliseconds since the latest status or, while none has come, the start; 0 when not started.
+    std::uint32_t statusAgeMs() const override;
 
   private:
     enum class Transfer { Save, Load, Upgrade };
 
     int start(Transfer kind, std::shared_ptr<ProgressSink> sink, TransferWorker::Sequence sequence);
     bool running(Transfer kind) const { return worker_.running() && transfer_ == kind; }
-    void loadCache();
+    bool loadCache();
+    int save(Progress& progress);
+    int load(Progress& progress);
     void endThreads();
     bool pollerEndsInTime() const;
 
     DeviceLink& link_;
     ConfigModel model_;
+    KeptWork work_{model_};
+    KeptWork::Notice notice_ = KeptWork::Notice::None;
     DeviceClient client_;
     StatusCache status_;
     StatusPoller poller_;

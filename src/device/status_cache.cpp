@@ -2,8 +2,9 @@
 
 namespace korvane {
 
-void StatusCache::clear() {
+void StatusCache::clear(std::uint32_t now) {
     const std::lock_guard guard(lock_);
+    imageTime_ = now;
     imageValid_ = summaryValid_ = false;
 }
 
@@ -13,8 +14,9 @@ void StatusCache::storeSummary(const StatusSummary& summary) {
     summaryValid_ = true;
 }
 
-void StatusCache::storeImage(const DeviceStatusImage& image) {
+void StatusCache::storeImage(const DeviceStatusImage& image, std::uint32_t now) {
     const std::lock_guard guard(lock_);
+    imageTime_ = now;
     image_ = image;
     imageValid_ = true;
 }
@@ -40,6 +42,11 @@ bool StatusCache::alarms(std::uint8_t& out) const {
     const std::lock_guard guard(lock_);
     if (imageValid_) out = image_.alarms;
     return imageValid_;
+}
+
+std::uint32_t StatusCache::imageTime() const {
+    const std::lock_guard guard(lock_);
+    return imageTime_;
 }
 
 }  // namespace korvane

@@ -10,9 +10,10 @@ namespace korvane {
 // the lock for one copy and no longer.
 class StatusCache {
   public:
-    void clear();
+    // Times are ticks in milliseconds, which may wrap.
+    void clear(std::uint32_t now);
     void storeSummary(const StatusSummary& summary);
-    void storeImage(const DeviceStatusImage& image);
+    void storeImage(const DeviceStatusImage& image, std::uint32_t now);
     // The last poll failed: the image is out of date, the summary stays.
     void invalidateImage();
 
@@ -20,9 +21,12 @@ class StatusCache {
     bool summary(StatusSummary& out) const;
     bool image(DeviceStatusImage& out) const;
     bool alarms(std::uint8_t& out) const;
+    // When the latest image came, valid or not; while none has, when the cache was cleared.
+    std::uint32_t imageTime() const;
 
   private:
     mutable std::mutex lock_;
+    std::uint32_t imageTime_ = 0;
     bool imageValid_ = false;
     bool summaryValid_ = false;
     DeviceStatusImage image_{};

@@ -89,7 +89,7 @@ int StatusPoller::poll() {
     result = stopFlag_ ? stopped : client_.GetDeviceStatus(*image_);
     if (result != 0) return result;
     fromNetworkOrder(*image_);
-    cache_.storeImage(*image_);
+    cache_.storeImage(*image_, link_.ticks());
     return 0;
 }
 

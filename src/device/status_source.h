@@ -19,6 +19,8 @@ class StatusSource {
     virtual int getAlarmBits(std::vector<bool>& out) const = 0;
     // 0 and the latest status, or -1 while the last poll failed; then `out` is unchanged.
     virtual int getDeviceStatusImage(DeviceStatusImage& out) const = 0;
+    // Milliseconds since the latest status came.
+    virtual std::uint32_t statusAgeMs() const = 0;
 };
 
 }  // namespace korvane

@@ -68,24 +68,23 @@ int ConfigModel::loadConfigFile(const std::filesystem::path& path, bool withDevi
 }
 
 int ConfigModel::saveCacheFile() const {
-    const std::filesystem::path path = cacheFile();
+    const std::filesystem::path path = deviceFile(u8".dat");
     return path.empty() ? config_file::cannotOpen : saveConfigFile(path);
 }
 
 int ConfigModel::loadCacheFile(ChannelsLeftOut& leftOut) {
-    const std::filesystem::path path = cacheFile();
+    const std::filesystem::path path = deviceFile(u8".dat");
     const int result = path.empty() ? config_file::cannotOpen : loadConfigFile(path, true, leftOut);
     if (result != config_file::ok) resetModel();
     return result;
 }
 
-// Empty when the key cannot be a file's name: without one, or with one that would lead out of the
-// directory, the configuration is not cached.
-std::filesystem::path ConfigModel::cacheFile() const {
+// Without a key, or with one that would lead out of the directory, nothing is kept.
+std::filesystem::path ConfigModel::deviceFile(std::u8string_view ending) const {
     if (deviceKey_.empty() || deviceKey_.find_first_of("\\/:*?\"<>|") != std::string::npos)
         return {};
-    const std::u8string name(deviceKey_.begin(), deviceKey_.end());
-    return cacheDirectory_ / std::filesystem::path(name + u8".dat");
+    std::u8string name(deviceKey_.begin(), deviceKey_.end());
+    return cacheDirectory_ / std::filesystem::path(name.append(ending));
 }
 
 }  // namespace korvane

@@ -62,6 +62,10 @@ class ConfigModel {
         cacheDirectory_ = std::move(directory);
     }
 
+    // A file of the device, in the directory of the cache file: the key and this ending. Empty when
+    // the key cannot be a file's name.
+    std::filesystem::path deviceFile(std::u8string_view ending) const;
+
     // See config_file.h for results and the layout.
     int saveConfigFile(const std::filesystem::path& path) const;
     // Input channels of the file beyond the 60 that the model holds go to `leftOut`.
@@ -184,7 +188,6 @@ class ConfigModel {
     void rebuildFlatChannels();
     bool usedElsewhere(const InputChannelRecord& channel, const FramePlace& place) const;
     std::uint32_t nextChannelId() const;
-    std::filesystem::path cacheFile() const;
 
     ServiceFrequencyTable& serviceTable(TableKind kind);
     const ServiceFrequencyTable& serviceTable(TableKind kind) const;

@@ -19,6 +19,8 @@ class Prompts {
         std::string_view defaultExtension;  // appended to a name that has none
         // Pairs of description and pattern, each ended by '|', the whole by one more '|'.
         std::string_view filter;
+        // Where the chooser opens; empty for where the system likes.
+        std::filesystem::path folder = {};
     };
 
     virtual ~Prompts() = default;

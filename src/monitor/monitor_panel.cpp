@@ -83,6 +83,8 @@ void MonitorPanel::stopAll() {
 
 void MonitorPanel::tick() {
     control<Static>(IDC_TIME_OF_DAY).setText(timeOfDayLine(source_));
+    control<Static>(IDC_STALE_STATUS)
+        .setText(stale_.line(source_.statusAgeMs(), std::time(nullptr)));
     const Lamps now = lamps(source_);
     for (std::size_t i = 0; i < inputLamps.size(); ++i) light(inputLamps[i].control, now.inputs[i]);
     light(IDC_LAMP_LINK, now.link);

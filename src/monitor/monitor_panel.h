@@ -6,6 +6,7 @@
 #include "monitor/graphic_monitor_page.h"
 #include "monitor/indicators.h"
 #include "monitor/service_list_page.h"
+#include "monitor/stale_status.h"
 #include "ui/bitmap.h"
 #include "ui/controls.h"
 #include "ui/page_stack.h"
@@ -42,6 +43,7 @@ class MonitorPanel : public TimedPage {
     ServiceListPage services_;
     GraphicMonitorPage graphic_;
     PageStack stack_;
+    StaleStatus stale_;
     std::array<Bitmap, lampPictures.size()> pictures_;
 };
 

@@ -1,6 +1,7 @@
 #include "panel/panel_body.h"
 
 #include <algorithm>
+#include <new>
 
 #include "editors/form_windows.h"
 #include "panel/about_dialog.h"
@@ -13,6 +14,15 @@ namespace {
 // In the order of the pages.
 constexpr std::array pageButtons = {IDC_SHOW_INPUT_CHANNELS, IDC_SHOW_CONTROL_TABLES,
                                     IDC_SHOW_MONITOR, IDC_SHOW_SYSTEM};
+
+// Edits are made in a dozen dialogs; looking at the whole configuration takes less than a
+// thousandth of this time.
+constexpr UINT_PTR workTimer = 1;
+constexpr UINT workPeriodMs = 250;
+
+// In the order of KeptWork::Notice.
+constexpr std::array<std::string_view, 3> workNotices = {"", "有修改尚未设置到设备",
+                                                         "有上次未设置到设备的修改"};
 
 // From the frame to the pages in it, in pixels.
 constexpr RECT frameMargins = {5, 10, 5, 5};
@@ -38,6 +48,8 @@ bool PanelBody::onInit() {
     showPage(PanelPages::InputChannels);
     set_.inputChannels->refresh();
     controlTables_.refresh();
+    tendWork();
+    SetTimer(hwnd(), workTimer, workPeriodMs, nullptr);
     // The focus is the host's to give.
     return false;
 }
@@ -45,7 +57,11 @@ bool PanelBody::onInit() {
 bool PanelBody::onCommand(int id, int notification, HWND) {
     if (notification != BN_CLICKED) return false;
     const auto* button = std::ranges::find(pageButtons, id);
-    if (button == pageButtons.end()) return runCommand(id);
+    if (button == pageButtons.end()) {
+        const bool known = runCommand(id);
+        tendWork();
+        return known;
+    }
     showPage(static_cast<std::size_t>(button - pageButtons.begin()));
     return true;
 }
@@ -69,6 +85,12 @@ bool PanelBody::runCommand(int id) {
             return true;
         case IDC_IMPORT:
             commands_.importFile();
+            return true;
+        case IDC_RECOVER_WORK:
+            commands_.recoverWork();
+            return true;
+        case IDC_DISCARD_WORK:
+            commands_.discardWork();
             return true;
         case IDC_ABOUT:
             showAbout();
@@ -100,6 +122,28 @@ void PanelBody::onSize(int width, int height) {
     about.place(aboutArea);
     frame.place(frameArea);
     placePages();
+}
+
+void PanelBody::onTimer(UINT_PTR timer) {
+    if (timer == workTimer) tendWork();
+}
+
+void PanelBody::onDestroy() {
+    KillTimer(hwnd(), workTimer);
+}
+
+// A text that is set is painted, so only another one is. Without memory the next tick tries again.
+void PanelBody::tendWork() {
+    try {
+        const KeptWork::Notice notice = manager_.tendWork();
+        const std::string_view text = workNotices[static_cast<std::size_t>(notice)];
+        const auto line = control<Static>(IDC_WORK_NOTICE);
+        if (line.text() == text) return;
+        line.setText(text);
+        for (const int id : {IDC_RECOVER_WORK, IDC_DISCARD_WORK})
+            control<Button>(id).show(notice == KeptWork::Notice::FromLastTime);
+    } catch (const std::bad_alloc&) {
+    }
 }
 
 void PanelBody::placePages() {

@@ -24,9 +24,12 @@ class PanelBody : public Dialog {
     bool onInit() override;
     bool onCommand(int id, int notification, HWND control) override;
     void onSize(int width, int height) override;
+    void onTimer(UINT_PTR timer) override;
+    void onDestroy() override;
 
   private:
     bool runCommand(int id);
+    void tendWork();
     void showPage(std::size_t index);
     void placePages();
     void showAbout();

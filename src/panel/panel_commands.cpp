@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 #include "device/device_client.h"
 #include "log/log.h"
@@ -51,6 +52,7 @@ bool PanelCommands::settledSinceLastSetting(std::string_view refusal) {
 }
 
 void PanelCommands::save() {
+    defaultsRestored_ = false;
     if (!settledSinceLastSetting(tooSoonToSet)) return;
     if (!prompts_.confirm("确认要将配置保存到设备?")) return;
     if (!pages_.commit() || pages_.check() != 0) return;
@@ -61,6 +63,7 @@ void PanelCommands::save() {
 }
 
 void PanelCommands::load() {
+    defaultsRestored_ = false;
     if (!settledSinceLastSetting(tooSoonToLoad)) return;
     if (!prompts_.confirm("确认要重新从设备获取配置吗?")) return;
     const int result =
@@ -72,6 +75,7 @@ void PanelCommands::load() {
 }
 
 void PanelCommands::reboot() {
+    defaultsRestored_ = false;
     if (!prompts_.confirm("确认要重启设备吗?")) return;
     const int result = prompts_.whileBusy([this] { return manager_.client().RebootDevice(); });
     if (result != 0) return reportCommandFailure(result);
@@ -81,15 +85,18 @@ void PanelCommands::reboot() {
 void PanelCommands::restoreDefaults() {
     if (!settledSinceLastSetting(tooSoonToSet)) return;
     if (!prompts_.confirm("确认要使设备恢复默认值吗?")) return;
+    manager_.work().backUp(manager_.link().ticks());
     const int result = prompts_.whileBusy([this] { return manager_.client().RestoreDefaults(); });
     if (result != 0) return reportCommandFailure(result);
     prompts_.message("设备已接收到命令，正在生效，请稍候刷新!");
     lastSettingMs_ = manager_.link().ticks();
+    defaultsRestored_ = true;
 }
 
 // The default extension is not the filter's, so that an export typed without one is told apart
 // from the files that the panel keeps for itself.
 void PanelCommands::exportFile() {
+    defaultsRestored_ = false;
     if (!pages_.commitChanges()) return;
     const auto path = prompts_.chooseFileToSave({"ipr", fileFilter});
     if (!path) return;
@@ -100,7 +107,9 @@ void PanelCommands::exportFile() {
 }
 
 void PanelCommands::importFile() {
-    const auto path = prompts_.chooseFileToOpen({"dat", fileFilter});
+    const auto folder = std::exchange(defaultsRestored_, false) ? manager_.work().backupFolder()
+                                                                : std::filesystem::path();
+    const auto path = prompts_.chooseFileToOpen({"dat", fileFilter, folder});
     if (!path) return;
     const bool withDeviceParams =
         prompts_.confirm("导入业务配置的同时，导入网络配置吗", Prompts::DefaultButton::No);
@@ -127,6 +136,15 @@ int PanelCommands::importInto(const std::filesystem::path& path, bool withDevice
 void PanelCommands::reportCommandFailure(int result) {
     prompts_.warning(result == link_result::unreachable ? "连接设备失败，请检查网络连接"
                                                         : "与设备通信出错");
+}
+
+void PanelCommands::recoverWork() {
+    manager_.work().recover(manager_.link().ticks());
+    pages_.refresh();
+}
+
+void PanelCommands::discardWork() {
+    manager_.work().discard(manager_.link().ticks());
 }
 
 std::string deviceVersionText(const ParamBlock264& params) {

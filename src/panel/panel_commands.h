@@ -41,6 +41,9 @@ class PanelCommands {
     void restoreDefaults();
     void exportFile();
     void importFile();
+    // Takes in what an earlier run of the panel left unsaved, or leaves it to the backups.
+    void recoverWork();
+    void discardWork();
 
   private:
     // False, after saying `refusal` with the time, when the last setting is too recent.
@@ -54,6 +57,7 @@ class PanelCommands {
     Pages& pages_;
     TransferRunner& transfers_;
     std::uint32_t lastSettingMs_ = 0;  // on the clock of the device link
+    bool defaultsRestored_ = false;    // by the last command
 };
 
 // What the About dialog says of the device. A version that holds anything but printable characters

@@ -76,6 +76,9 @@
 #define IDC_EXPORT 31
 #define IDC_IMPORT 32
 #define IDC_ABOUT 33
+#define IDC_WORK_NOTICE 1205
+#define IDC_RECOVER_WORK 1206
+#define IDC_DISCARD_WORK 1207
 
 // Table list
 #define IDC_TABLES 1000
@@ -89,6 +92,7 @@
 #define IDC_LAMP_TOD 1114
 #define IDC_LAMP_LINK 1115
 #define IDC_TIME_OF_DAY 1122
+#define IDC_STALE_STATUS 1204
 
 // Monitoring: its pages
 #define IDC_STRUCTURE_TREE 1035

@@ -78,6 +78,8 @@ std::optional<std::filesystem::path> WindowPrompts::choose(const FileChoice& cho
     request.lStructSize = sizeof request;
     request.lpstrFilter = filter.c_str();
     request.lpstrDefExt = extension.c_str();
+    const std::wstring folder = choice.folder.wstring();
+    if (!folder.empty()) request.lpstrInitialDir = folder.c_str();
     request.lpstrFile = path.data();
     request.nMaxFile = pathCapacity;
     // A plug-in must not move the directory that the host works in.

@@ -247,22 +247,28 @@ TEST_F(System, SendsTheNetworkSettingsAndOffersTheRestart) {
         test::ScriptedLink link;
         for (std::size_t i = 0; i < statuses.size(); ++i)
             link.answers(test::frameOf(commands[i], statuses[i]));
-        DeviceClient client(link);
-        ASSERT_EQ(client.Start("10.1.2.3"), 0);
+        DeviceManager manager(link, ".");
+        ASSERT_EQ(manager.client().Start("10.1.2.3"), 0);
+        manager.model().setDeviceParams(deviceParams());
+        manager.model().setOutputParams(output());
         prompts_.answers = {answers.begin(), answers.end()};
-        controls_.texts[IDC_PMS_PID] = pid;
-        controls_.addresses[IDC_SERVICE_GATEWAY] = {{10, 1, 0, 99}};
-        DeviceSettings(form_, *model_, client, prompts_).apply();
+        SystemForm form(manager.model(), prompts_);
+        Controls controls;
+        FormExchange page(form, controls, prompts_);
+        page.show();
+        controls.texts[IDC_PMS_PID] = pid;
+        controls.addresses[IDC_SERVICE_GATEWAY] = {{10, 1, 0, 99}};
+        DeviceSettings(form, manager, prompts_).apply();
         std::string found;
         for (const auto& one : link.sent)
             found += std::to_string(CommandFrame::read(one.bytes.data()).code) + ' ';
         EXPECT_EQ(said(), expected);
         EXPECT_EQ(found, codes) << expected;
         if (codes.empty()) continue;
-        const auto settings = bytesOf(model_->deviceParams());
+        const auto settings = bytesOf(manager.model().deviceParams());
         EXPECT_TRUE(std::ranges::equal(settings,
                                        std::span(link.sent[0].bytes).subspan(CommandFrame::size)));
-        EXPECT_EQ(fieldText(model_->deviceParams().servicePort.gateway), "10.1.0.99");
+        EXPECT_EQ(fieldText(manager.model().deviceParams().servicePort.gateway), "10.1.0.99");
     }
 }
 

@@ -72,8 +72,8 @@ TEST(StatusCache, EveryCopyIsWholeWhileThePollerWrites) {
         const auto number = static_cast<std::uint16_t>(i);
         cache.storeSummary({0, number, 0, 0, 0, 0, 0, number, 0, 0});
         std::ranges::fill(writableBytesOf(*image), static_cast<std::uint8_t>(i));
-        cache.storeImage(*image);
-        if (i % 50 == 0) cache.clear();
+        cache.storeImage(*image, 1);
+        if (i % 50 == 0) cache.clear(2);
     }
     reader.join();
     EXPECT_EQ(torn, 0);

@@ -7,6 +7,7 @@
 #include "monitor/scripted_status.h"
 #include "monitor/service_rows.h"
 #include "monitor/slot_occupancy.h"
+#include "monitor/stale_status.h"
 
 // What the monitoring pages show, apart from their windows.
 
@@ -25,6 +26,24 @@ TEST(Indicators, TimeOfDay) {
     EXPECT_EQ(timeOfDayLine(status), "TOD: 2009-04-23 08:05:09");
     status.summary = {0, 65535, 65535, 0, 0, 65535, 65535, 65535, 0, 0};
     EXPECT_EQ(timeOfDayLine(status), "TOD: 65535-65535-00 65535:65535:65535");
+}
+
+// Since when, does not depend on how often it is said.
+TEST(StaleStatus, SaysSinceWhenUntilTheNextStatus) {
+    std::tm clock{};
+    clock.tm_year = 126;
+    clock.tm_mday = 1;
+    clock.tm_hour = 12;
+    clock.tm_min = 3;
+    clock.tm_sec = 11;
+    const std::time_t now = std::mktime(&clock);
+    StaleStatus stale;
+    EXPECT_EQ(stale.line(5000, now), "");
+    for (const int later : {0, 1, 90})
+        EXPECT_EQ(stale.line(6400 + later * 1000, now + later + later / 90),
+                  "状态自 12:03:05 起未更新");
+    EXPECT_EQ(stale.line(0, now + 100), "");
+    EXPECT_EQ(stale.line(5001, now + 200), "状态自 12:06:26 起未更新");
 }
 
 TEST(FrameStructure, TellsEveryLevelInOrder) {

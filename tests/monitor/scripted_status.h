@@ -20,6 +20,9 @@ class ScriptedStatus : public StatusSource {
         return imageResult;
     }
 
+    std::uint32_t statusAgeMs() const override { return ageMs; }
+
+    std::uint32_t ageMs = 0;
     int summaryResult = -1, alarmResult = 1, imageResult = -1;
     StatusSummary summary{};
     unsigned alarms = 0;

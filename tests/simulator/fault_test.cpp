@@ -13,7 +13,7 @@ const Scene scenes[] = {
      "fault silence@SetDeviceParams:1 | 100 144*1 -> nothing | 101 -> 0 [144] | "
      "fault loss@100:1 | 100 144*1 -> nothing | said -> ~[loss@SetDeviceParams:1: request lost] | "
      "101 -> 0 [144] | fault lost-answer@100:1 | 100 144*1 -> nothing | "
-     "said -> ~done, 0 bytes [lost-answer@SetDeviceParams:1] | 101 -> 0 144*1"},
+     "said -> ~) [lost-answer@SetDeviceParams:1] | 101 -> 0 144*1"},
     {"DelaysAddUpAndKeepThePace",
      "+10000 | fault delay=250:1 | 4006 -> 0 0001 @10250 | fault delay:1 | 4006 -> 0 0002 @11000 | "
      "fault late:1 | 4006 -> 0 0003 @13100 | fault late=7:1 delay=1:1 | 4006 -> 0 0004 @10008 | "

@@ -22,6 +22,15 @@ const Scene scenes[] = {
      "2000 00 | 2003 624*1 | 2999 00 | 4000 | 2000 00 | 2003 624*2 | 2999 00 | 3003 -> 0 624*2 | "
      "100 144*1 | 102 | 100 144*2 | 101 -> 0 144*2 | 4001 | +1500 | 3003 -> 0 624*1 | "
      "101 -> 0 144*1"},
+    {"NetworkSettingsAreInForceAfterARestart",
+     "status -> ~management host 192.168.1.10 | 100 144*1 | status -> ~management host "
+     "192.168.1.10 "
+     "| 102 | said -> ~applied, in force after a restart | 101 -> 0 144*1 | said -> ~(in force "
+     "after "
+     "a restart) | status -> ~management host 192.168.1.10 | 4001 | said -> ~ms, then control port "
+     "???? | "
+     "+1500 | status -> ~management host QX_fmt | 101 -> 0 144*1 | said -> ~(in force) | 102 | "
+     "said -> ~applied, in force)"},
     {"ActivationLeavesTheDeviceParameters", "100 144*1 | 4000 | 4001 | +1500 | 101 -> 0 [144]"},
     {"ARestartIsSilentAndCountsAnew",
      "4006 -> 0 0001 | 4006 -> 0 0002 | +60000 | 4001 | 4006 -> nothing | +1499 | 4006 -> nothing "

@@ -47,6 +47,7 @@ class ScriptedPrompts : public Prompts {
     std::optional<std::filesystem::path> choose(const char* kind, const FileChoice& choice) {
         log.push_back(kind + std::string(choice.defaultExtension) + ' ' +
                       std::string(choice.filter));
+        if (!choice.folder.empty()) log.push_back("in " + choice.folder.filename().string());
         return take(files);
     }
 };
