@@ -36,6 +36,9 @@ class Parser {
         } else if (argument == "--console") {
             tourOnly_ = "--console";
             options_.consoleFile = value(argument);
+        } else if (argument == "--recover") {
+            tourOnly_ = "--recover";
+            options_.recover = true;
         } else if (argument == "--attempts") {
             tourOnly_ = "--attempts";
             options_.attempts = number(argument, value(argument));
@@ -84,7 +87,7 @@ std::string_view hostUsage() {
            "\n"
            "  KorvaneHost.exe [ADDRESS]\n"
            "  KorvaneHost.exe --tour DIRECTORY [--import FILE] [--console FILE] [--attempts N] "
-           "ADDRESS\n"
+           "[--recover] ADDRESS\n"
            "\n"
            "  ADDRESS           the device's IPv4 address, such as 192.168.1.20; connects at "
            "once.\n"
@@ -101,6 +104,8 @@ std::string_view hostUsage() {
            "                    show alarms and a lost link; without it, it shows none.\n"
            "  --attempts N      how often the tour tries a transfer that the panel reports as\n"
            "                    failed, 1 to 100; otherwise once.\n"
+           "  --recover         the tour only takes in edits that an earlier run left unsaved, and "
+           "exports.\n"
            "  --help            this text.\n"
            "\n"
            "Korvane.dll is loaded from the directory of this program.\n"

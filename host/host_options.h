@@ -13,6 +13,7 @@ struct HostOptions {
     std::string importFile;     // what the tour imports; empty: what it exported before
     std::string consoleFile;    // commands for a simulated device go there; empty: it has none
     int attempts = 1;           // how often the tour tries a transfer that fails
+    bool recover = false;       // the tour only takes in what an earlier run left unsaved
     bool help = false;
 };
 

@@ -36,7 +36,7 @@ std::filesystem::path Tour::file(std::string_view name) const {
 }
 
 bool Tour::run() {
-    const auto& steps = tourSteps();
+    const auto& steps = options_.recover ? recoverySteps() : tourSteps();
     for (std::size_t i = 0; i < steps.size(); ++i)
         if (!runStep(steps[i], i + 1)) return false;
     print("tour: all " + std::to_string(steps.size()) + " steps went well, " +

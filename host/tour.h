@@ -25,6 +25,8 @@ struct TourStep {
 
 // All steps, in their order. Each begins and ends with nothing open but the main window.
 const std::vector<TourStep>& tourSteps();
+// Those of a tour that only takes in, and exports, what a run of the host left unsaved.
+const std::vector<TourStep>& recoverySteps();
 
 // Operates the panel in the host's window as a person would, against the device at the options'
 // address. Leaves a PNG of every page and dialog in the tour directory and tells each step in one

@@ -41,6 +41,8 @@ enum Control : int {
     serviceList = 1106,
     timeOfDay = 1122,
     deviceVersion = 1125,
+    workNotice = 1205,
+    recoverWork = 1206,
 };
 
 std::string inQuotes(std::string_view text) {
@@ -78,14 +80,18 @@ void refuseAddress(Tour& tour) {
     tour.note("192.168.1.300 -> " + inQuotes(text));
 }
 
-void connectDevice(Tour& tour) {
+void connectPanel(Tour& tour) {
     enterAddress(tour, tour.options().address);
     tour.robot().waitControl(tour.host(), showInputChannels);
     tour.robot().settle();
     tour.expect(statusText(tour) == startResultText(0, tour.options().address),
                 "the panel did not start: " + statusText(tour));
-    tour.picture(tour.host(), "0104-main-panel");
     tour.note(inQuotes(statusText(tour)));
+}
+
+void connectDevice(Tour& tour) {
+    connectPanel(tour);
+    tour.picture(tour.host(), "0104-main-panel");
 }
 
 // The panel must fill what the host gives it, whatever size that has; when it is too little, it has
@@ -139,12 +145,19 @@ void transfer(Tour& tour, int button, std::string_view question, const std::stri
     }
 }
 
+void waitNotice(Tour& tour, std::string_view text) {
+    HWND line = GetDlgItem(tour.body(), workNotice);
+    tour.robot().waitFor("waited for the line " + inQuotes(text),
+                         [&] { return tour.robot().text(line) == text; });
+}
+
 void fetch(Tour& tour) {
     transfer(tour, loadFromDevice, "确认要重新从设备获取配置吗?", "fetch");
 }
 
 void save(Tour& tour) {
     transfer(tour, saveToDevice, "确认要将配置保存到设备?", "save");
+    waitNotice(tour, "");
 }
 
 // Right after a save the panel refuses another one; should this machine have taken ten seconds to
@@ -392,6 +405,16 @@ void showAbout(Tour& tour) {
     tour.note(inQuotes(version));
 }
 
+// What an earlier run of the panel left.
+void recoverEdits(Tour& tour) {
+    waitNotice(tour, "有上次未设置到设备的修改");
+    tour.picture(tour.host(), "1029-edits-of-last-time");
+    tour.robot().click(tour.body(), recoverWork);
+    waitNotice(tour, "有修改尚未设置到设备");
+    tour.picture(tour.host(), "1029-edits-recovered");
+    tour.note("recovered");
+}
+
 void disconnectDevice(Tour& tour) {
     const Robot& robot = tour.robot();
     HWND panel = GetParent(tour.body());
@@ -402,7 +425,24 @@ void disconnectDevice(Tour& tour) {
     tour.note(inQuotes(statusText(tour)));
 }
 
+// Edits that are not sent yet outlive the panel.
+void comeBackToEdits(Tour& tour) {
+    waitNotice(tour, "有修改尚未设置到设备");
+    tour.picture(tour.host(), "1029-edited");
+    disconnectDevice(tour);
+    connectPanel(tour);
+    recoverEdits(tour);
+}
+
 }  // namespace
+
+const std::vector<TourStep>& recoverySteps() {
+    static const std::vector<TourStep> steps = {{"connect", connectDevice},
+                                                {"recover edits", recoverEdits},
+                                                {"export", exportConfiguration},
+                                                {"disconnect", disconnectDevice}};
+    return steps;
+}
 
 const std::vector<TourStep>& tourSteps() {
     static const std::vector<TourStep> steps = {
@@ -433,6 +473,7 @@ const std::vector<TourStep>& tourSteps() {
         {"look at services of every type", lookAtServices, true},
         {"add a multiplex frame", addFrame, true},
         {"add a short-time frame", addShortTimeFrame, true},
+        {"leave with edits and come back", comeBackToEdits, true},
         {"change the network settings", changeNetworkSettings, true},
         {"set the output parameters", setOutputParameters, true},
         {"restore defaults", declineRestore},

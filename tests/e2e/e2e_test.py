@@ -4,7 +4,9 @@
 Each test runs the host's tour and then looks at what the device holds. run.sh sets the scene.
 """
 
+import os
 import shutil
+import signal
 import struct
 import subprocess
 import sys
@@ -44,6 +46,7 @@ PICTURES = """
     1018-system-network refusal-mac question-settings question-restart message-restarting
     1018-system-output refusal-system-rate 1018-system-firmware refusal-firmware question-upgrade
     1023-progress-upgrade message-upgraded
+    1029-edited 1029-edits-of-last-time 1029-edits-recovered
 """.split()
 
 
@@ -200,6 +203,33 @@ class EndToEnd(unittest.TestCase):
             "lost-answer@SetImageBlockA:1", "cut=3@GetImageBlockB:1"])
         self.assert_holds(tour.was_set, change)
         self.assert_holds(tour.applied, change)
+
+    def test_edits_survive_a_host_that_is_killed(self):
+        with Device("killed") as device:
+            unsaved = HOST.parent / f"{device.address}.unsaved.dat"
+            unsaved.unlink(missing_ok=True)
+            command = ["bash", ROOT / "scripts/with_wine.sh", HOST, "--tour",
+                       windows_path(device.folder), "--console", windows_path(device.console),
+                       device.address]
+            host = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                    stderr=subprocess.DEVNULL, start_new_session=True)
+            try:
+                deadline = time.monotonic() + DEADLINE_S
+                while not unsaved.exists() and host.poll() is None:
+                    self.assertLess(time.monotonic(), deadline)
+                    time.sleep(0.02)
+            finally:
+                os.killpg(host.pid, signal.SIGKILL)
+                host.wait()
+            left = unsaved.read_bytes()
+            command[3:-1] = ["--tour", windows_path(device.folder), "--recover"]
+            again = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True,
+                                   timeout=DEADLINE_S, check=False)
+            self.assertEqual(again.returncode, 0, again.stdout)
+            self.assertEqual((device.folder / "exported.dat").read_bytes(), left)
+            was_set, _ = device.stop()
+        recovered = files.read_configuration_file(device.folder / "exported.dat")
+        self.assertNotEqual(files.differences(recovered, was_set), [])
 
     def test_a_silent_device_is_reported(self):
         tour = self.tour(1, faults=["silence"])

@@ -20,12 +20,13 @@ TEST(HostOptions, TakesAddressAndTourInAnyOrder) {
     EXPECT_TRUE(parseHostOptions({}).address.empty());
     EXPECT_EQ(parseHostOptions({"127.0.0.2"}).address, "127.0.0.2");
     const auto options = parseHostOptions({"--attempts", "100", "10.0.0.1", "--tour", "Z:\\out",
-                                           "--import", "a.dat", "--console", "c"});
+                                           "--import", "a.dat", "--console", "c", "--recover"});
     EXPECT_EQ(options.address, "10.0.0.1");
     EXPECT_EQ(options.tourDirectory, "Z:\\out");
     EXPECT_EQ(options.importFile, "a.dat");
     EXPECT_EQ(options.consoleFile, "c");
     EXPECT_EQ(options.attempts, 100);
+    EXPECT_TRUE(options.recover);
     EXPECT_FALSE(options.help);
 }
 

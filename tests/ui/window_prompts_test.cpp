@@ -8,11 +8,11 @@
 namespace korvane {
 namespace {
 
-constexpr Prompts::FileChoice choice{"ipr", "korvane Files (*.dat)|*.dat|All Files (*.*)|*.*||"};
+const Prompts::FileChoice choice{"ipr", "korvane Files (*.dat)|*.dat|All Files (*.*)|*.*||"};
 
 // What the last chooser was asked, and what it is to answer.
 DWORD flags;
-std::wstring filter, extension;
+std::wstring filter, extension, folder;
 const wchar_t* answer = L"C:\\配置\\站点.ipr";
 
 BOOL WINAPI scriptedChooser(OPENFILENAMEW* request) {
@@ -21,6 +21,7 @@ BOOL WINAPI scriptedChooser(OPENFILENAMEW* request) {
     while (end[0] != L'\0' || end[1] != L'\0') ++end;
     filter.assign(request->lpstrFilter, end);
     extension = request->lpstrDefExt;
+    folder = request->lpstrInitialDir ? request->lpstrInitialDir : L"none";
     if (answer) wcscpy(request->lpstrFile, answer);
     return answer != nullptr;
 }
@@ -33,6 +34,9 @@ TEST(WindowPrompts, TellTheChooserWhatIsWanted) {
     EXPECT_EQ(flags, DWORD{OFN_OVERWRITEPROMPT | OFN_NOCHANGEDIR});
     EXPECT_EQ(prompts.chooseFileToOpen(choice), std::filesystem::path(answer));
     EXPECT_EQ(flags, DWORD{OFN_FILEMUSTEXIST | OFN_NOCHANGEDIR});
+    EXPECT_EQ(folder, L"none");
+    prompts.chooseFileToOpen({"dat", "", L"C:\\备份"});
+    EXPECT_EQ(folder, L"C:\\备份");
     answer = nullptr;
     EXPECT_EQ(prompts.chooseFileToOpen(choice), std::nullopt);
 }
