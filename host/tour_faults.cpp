@@ -13,7 +13,7 @@ namespace korvane::host {
 namespace {
 
 constexpr std::array<int, 4> inputLamps = {1110, 1112, 1113, 1114};  // data, 1PPS, 10M, TOD
-constexpr int linkLamp = 1115, barChart = 1044;
+constexpr int linkLamp = 1115, barChart = 1044, staleStatus = 1204;
 constexpr COLORREF barColour = RGB(0, 0, 255);
 
 void tell(Tour& tour, std::string_view line) {
@@ -38,6 +38,15 @@ std::string inputsAgainstLink(const Tour& tour) {
 void waitLamps(const Tour& tour, std::string_view signs) {
     tour.robot().waitFor("waited for the lamps to be " + std::string(signs),
                          [&] { return inputsAgainstLink(tour) == signs; });
+}
+
+void waitStale(const Tour& tour, bool stale) {
+    const Robot& robot = tour.robot();
+    HWND line = robot.waitControl(tour.body(), staleStatus);
+    robot.waitFor("waited for the line about old status to come or go", [&] {
+        const std::string text = robot.text(line);
+        return stale ? text.ends_with(" 起未更新") : text.empty();
+    });
 }
 
 // Looks where each bar is that is not very low.
@@ -68,11 +77,13 @@ void visitLostLink(Tour& tour) {
     waitLamps(tour, "=!=!");
     HWND chart = tour.robot().waitControl(tour.body(), barChart);
     tour.robot().waitFor("waited for the chart to be empty", [&] { return !showsBars(chart); });
+    waitStale(tour, true);
     tour.picture(tour.host(), "1076-monitoring-lost-link");
     tour.note("link");
     tell(tour, "clear silence");
     tell(tour, "alarms 0");
     waitLamps(tour, "====");
+    waitStale(tour, false);
     tell(tour, "alarms auto");
     tour.note("found again");
 }

@@ -228,6 +228,7 @@ class EndToEnd(unittest.TestCase):
             self.assertEqual(again.returncode, 0, again.stdout)
             self.assertEqual((device.folder / "exported.dat").read_bytes(), left)
             was_set, _ = device.stop()
+            unsaved.unlink()
         recovered = files.read_configuration_file(device.folder / "exported.dat")
         self.assertNotEqual(files.differences(recovered, was_set), [])
 
