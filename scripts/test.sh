@@ -83,6 +83,7 @@ fuzz_all() {
     check "fuzz answer"       fuzz answer       20000     96
     check "fuzz config_file"  fuzz config_file   3000    318
     check "fuzz config_image" fuzz config_image  3000    182
+    check "fuzz text_form"    fuzz text_form      400   1455
 }
 
 sanitizers_and_fuzzers() {
