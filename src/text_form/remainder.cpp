@@ -26,10 +26,11 @@ struct Digits {
     Json schema(const std::vector<std::uint8_t>&) const { return patternSchema(anyHex); }
 };
 
-constexpr Record piece{"piece", [](auto& fields, auto& run) {
-                           fields("offset", run.offset, number);
-                           fields("bytes", run.bytes, Digits{});
-                       }};
+constexpr auto pieceFields = [](auto& fields, auto& run) {
+    fields("offset", run.offset, number);
+    fields("bytes", run.bytes, Digits{});
+};
+constexpr Record piece{"piece", pieceFields};
 
 std::size_t firstDifference(Bytes a, Bytes b, std::size_t from) {
     return static_cast<std::size_t>(std::mismatch(a.begin() + static_cast<std::ptrdiff_t>(from),
