@@ -78,6 +78,22 @@ TEST(TextForm, HasNoRemainderWithoutOddBytes) {
     EXPECT_FALSE(text_form::toTree(*randomContent(5)).contains("remainder"));
 }
 
+TEST(TextForm, HasTheBytesOfATextThatWouldNotComeBack) {
+    using namespace std::string_view_literals;
+    for (const auto& [gbk, json] : {std::pair{"A\xD6\xD0"sv, Json("A中")},
+                                    {"A\0B"sv, {{"bytes", "410042"}}},
+                                    {"\xFF"sv, {{"bytes", "ff"}}},
+                                    {"\xD6\xD0\xD6"sv, {{"bytes", "d6d0d6"}}}}) {
+        const auto content = test::sampleImages();
+        auto& name = content->descriptions.slots[0].name = {};
+        std::ranges::copy(gbk, name.begin());
+        const Json tree = text_form::toTree(*content);
+        EXPECT_EQ(tree["serviceDescriptions"][0]["serviceName"], json);
+        EXPECT_FALSE(tree.contains("remainder"));
+        textAfterTrip(*content);
+    }
+}
+
 TEST(TextForm, IsWhatItsDocumentationShows) {
     const std::string document = documentation("text_form.md"),
                       text = text_form::write(*test::sampleImages());
