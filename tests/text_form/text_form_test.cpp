@@ -78,6 +78,15 @@ TEST(TextForm, HasNoRemainderWithoutOddBytes) {
     EXPECT_FALSE(text_form::toTree(*randomContent(5)).contains("remainder"));
 }
 
+// Of a service's two ids that differ the second counts, here as for the panel.
+TEST(TextForm, ShowsTheIdThatCounts) {
+    const auto content = test::sampleImages();
+    content->image.continuous.frames[1].services[0].head.serviceId = 9;
+    const Json tree = text_form::toTree(*content);
+    EXPECT_EQ(tree["continuousMultiplexTable"]["frames"][1]["services"][0]["serviceId"], 101);
+    textAfterTrip(*content);
+}
+
 TEST(TextForm, HasTheBytesOfATextThatWouldNotComeBack) {
     using namespace std::string_view_literals;
     for (const auto& [gbk, json] : {std::pair{"A\xD6\xD0"sv, Json("A中")},
