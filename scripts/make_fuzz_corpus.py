@@ -4,6 +4,7 @@
 Small, well-formed inputs from which the fuzzers mutate. Written from the formats themselves, so
 that it needs no build.
 """
+import json
 import pathlib
 import struct
 import sys
@@ -82,6 +83,71 @@ def config_file(version, channels, body, tail=b""):
     return head + b"".join(channels) + body + tail
 
 
+def text_channel(kind, **fields):
+    return {"type": kind, "channelId": 1, "receiveAddress": "225.1.1.1:5000", "receiveMode": 2,
+            **fields}
+
+
+STREAM = {"rtcpSync": True, "payloadType": 96}
+TEXT_CHANNELS = [
+    text_channel("video", **STREAM, videoCoding="H.264", videoFrameRateGiven=2, videoFrameRate=9,
+                 position=3, carried60="01" * 60),
+    text_channel("audio", **STREAM, audioCoding="AAC", audioParametersGiven=False,
+                 audioSampleRate="48KHz", carried22="0102"),
+    text_channel("ESG", streamParameter=0),
+    text_channel("ECM", dataUnitType=129, maxSendIntervalMs=1000),
+    text_channel(9, audioCoding="AAC"),
+]
+
+
+def text_table():
+    service = {"subFrameNumber": 1, "serviceId": 101, "serviceType": "media", "scrambled": False,
+               "encapsulation": "mode 1", "esgInternal": True, "bandwidthLimit": 480000,
+               "components": TEXT_CHANNELS}
+    frame = {"id": 1, "rsCodeRate": "(240, 224)", "byteInterleaving": "mode 1",
+             "ldpcCodeRate": "1/2", "modulation": "QPSK", "scrambling": "mode 0",
+             "timeSlots": [0, 1], "services": [service]}
+    return {"tableId": 2, "channelNumber": 20, "frames": [frame]}
+
+
+def text_form(**changes):
+    """A configuration as text, with an entry in each list, but for what `changes` says."""
+    point = {"channelNumber": 20, "centreFrequency": "474.125 MHz", "bandwidth": "8M"}
+    port = {"address": "192.168.1.20", "subnetMask": "255.255.255.0", "gateway": {"bytes": "ff"}}
+    pairs = {"tableId": 3, "entries": [{"serviceId": 101, "channelNumber": 20}]}
+    return {
+        "format": "korvane configuration 1",
+        "network": {"tableId": 1, "networkLevel": 3, "countryCode": "CHN", "networkNumber": 7,
+                    "networkName": "节目", "frequencyPoint": point, "otherFrequencyPoints": [point],
+                    "otherNetworks": [{"networkLevel": 1, "networkNumber": 2, **point}]},
+        "continuousMultiplexTable": text_table(),
+        "shortTimeMultiplexTable": text_table(),
+        "continuousServiceTable": pairs,
+        "shortTimeServiceTable": pairs,
+        "caDescriptionTable": {"tableId": 6, "sendFlag": 1, "sectionCount": 0, "systems": [
+            {"caSystemId": 1, "serviceId": 101, "emmDataUnitType": 128, "ecmDataUnitType": 129,
+             "ecmTransferMode": 0}]},
+        "inputChannels": TEXT_CHANNELS,
+        "serviceDescriptions": [{"serviceId": 101, "language": "zho", "serviceName": "频道",
+                                 "provider": {"bytes": "00ff"}}],
+        "outputParameters": {
+            "pmsPid": 256, "deviceNumber": 1, "timeLabelEnabled": True, "updateSequenceAdvance": 1,
+            "sendNextFrameParameters": False, "transmitDelaySeconds": 2, "clockSource": "external",
+            "isBackup": False, "backupAddress": "10.1.2.3", "alarmOn1pps": True,
+            "alarmOn10m": False, "alarmOnTod": True, "alarmSwitches": "08",
+            "systemBitRate": 8000000, "lastChannelId": 27},
+        "parameters264": {"softwareVersion": "V2", "hardwareVersion": "V1"},
+        "deviceParameters": {"controlPort": port, "controlMac": "", "managementHost": "",
+                             "servicePort": port, "serviceMac": ""},
+        "imageHeader": {"length": "0c"},
+        **changes,
+    }
+
+
+def text(tree):
+    return json.dumps(tree, ensure_ascii=False, indent=2).encode()
+
+
 def datagram(data):
     return struct.pack("<H", len(data)) + data
 
@@ -116,6 +182,24 @@ def main():
         },
         "config_image": {"wire": image(">"), "empty": bytes(64), "ones": b"\xff" * 4096,
                          "lying": LYING, "older-layout-lying": OLD_LYING},
+        "text_form": {
+            "sound": text(text_form()),
+            "remainder": text(text_form(remainder=[{"offset": 629893, "bytes": "07"}])),
+            "contradiction": text(text_form(remainder=[{"offset": 300, "bytes": "07"}])),
+            "beyond": text(text_form(remainder=[{"offset": 671984, "bytes": "07"}])),
+            "no-remainder": text(text_form(remainder=7)),
+            "unknown": text(text_form(**{"b\u0007d" * 20: 7})),
+            "other-format": text(text_form(format="other")),
+            "too-many": text(text_form(inputChannels=TEXT_CHANNELS * 13)),
+            "twice": b'{"a": [0, {"b": 1, "b": 2}]}',
+            "deep": b'{"a": ' + b"[" * 20,
+            "many-keys": b"{" + b",".join(b'"%d": -1' % n for n in range(70)) + b"}",
+            "cut": text(text_form())[:3000],
+            "too-large": b"[1e999]",
+            "no-object": b"[null, 1.5]",
+            "file": older,
+            "file-lying": config_file(4107, channels, OLD_LYING[:9000]),
+        },
         # The first byte chooses the command by its place in the command table.
         "answer": {
             "bare": b"\x00" + datagram(answer(1)),

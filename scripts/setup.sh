@@ -9,6 +9,7 @@ set -euo pipefail
 packages=(
     g++ cmake ninja-build g++-mingw-w64-i686-posix          # the compilers and the build
     googletest                                              # test framework (as sources)
+    nlohmann-json3-dev libcli11-dev                         # header-only: JSON, command lines
     clang libclang-rt-14-dev llvm clang-format              # sanitizers, fuzzers, formatter
     xvfb xauth fonts-wqy-microhei                           # a display, and a font with Chinese
     wine wine32:i386 fonts-wine                             # where the product runs

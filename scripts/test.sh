@@ -83,6 +83,9 @@ fuzz_all() {
     check "fuzz answer"       fuzz answer       20000     96
     check "fuzz config_file"  fuzz config_file   3000    318
     check "fuzz config_image" fuzz config_image  3000    182
+    check "fuzz text_form"    fuzz text_form      400   1460
+    # The seeds of another, each once.
+    check "files as text" build/fuzz/fuzz/fuzz_text_form build/fuzz/seeds/config_file/*
 }
 
 sanitizers_and_fuzzers() {

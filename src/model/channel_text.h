@@ -21,6 +21,14 @@ inline constexpr std::array<std::string_view, 9> audioSampleRateNames = {
     "8KHz", "12KHz", "16KHz", "22.05KHz", "24KHz", "32KHz", "44.1KHz", "48KHz", "96KHz"};
 inline constexpr std::array<std::string_view, 2> encapsulationNames = {"模式1", "模式2"};
 
+// The same in English, by stored value; of the encapsulation modes 0 is the second one.
+inline constexpr std::array<std::string_view, limits::channelTypes> channelTypeTerms = {
+    "video", "audio", "DRA", "ESG", "ECM", "EMM", "data", "emergency"};
+inline constexpr std::array<std::string_view, 2> encapsulationTerms = {"mode 2", "mode 1"};
+// Of services, from type 1 on.
+inline constexpr std::array<std::string_view, 5> serviceTypeTerms = {"media", "DRA", "ESG", "EMM",
+                                                                     "data"};
+
 // Where a channel comes from: "225.1.2.3:5000".
 std::string receiveAddress(const InputChannelRecord& channel);
 

@@ -109,6 +109,14 @@ bool takeImage(Reader& file, std::uint32_t version, ConfigImage& image) {
     return true;
 }
 
+void describeByDefault(Configuration& configuration) {
+    const auto tables = std::make_unique<ConfigTables>();
+    decodeImage(configuration.image, *tables);
+    setDefaultDescriptions(*tables);
+    encodeDescriptions(*tables, {}, configuration.descriptions);
+    configuration.hasDescriptions = true;
+}
+
 }  // namespace
 
 void convertOldImage(const OldConfigImage& old, ConfigImage& image) {
@@ -133,7 +141,8 @@ std::vector<std::uint8_t> encode(const Configuration& configuration) {
     const auto put = [&place](const auto& object) {
         place = std::ranges::copy(bytesOf(object), place).out;
     };
-    put(Header{currentVersion, {}, static_cast<std::uint32_t>(channels.size())});
+    put(Header{currentVersion, configuration.fileReserved,
+               static_cast<std::uint32_t>(channels.size())});
     for (const InputChannelRecord& record : channels) put(record);
     put(configuration.image);
     put(configuration.params);
@@ -145,11 +154,20 @@ int decode(std::span<const std::uint8_t> bytes, Configuration& configuration) {
     Reader file(bytes);
     Header header{};
     if (!file.take(header) || !holdsChannels(file, header)) return badChannelCount;
+    configuration.fileReserved = header.reserved;
     takeChannels(file, header.channelCount, configuration);
     if (!takeImage(file, header.version, configuration.image)) return unknownVersion;
     file.take(configuration.params);
     configuration.hasDescriptions = file.take(configuration.descriptions);
     return ok;
+}
+
+std::unique_ptr<Configuration> decodeWhole(std::span<const std::uint8_t> file, int& result) {
+    auto configuration = std::make_unique<Configuration>();
+    result = decode(file, *configuration);
+    if (result != ok) return nullptr;
+    if (!configuration->hasDescriptions) describeByDefault(*configuration);
+    return configuration;
 }
 
 }  // namespace config_file

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -9,7 +10,7 @@
 // The configuration file, as bytes: a plain dump, everything in host (little-endian) order.
 //
 //     0        u32 version mark
-//     4        28 bytes, zero
+//     4        28 bytes, zero in what the panel writes
 //     32       u32 number N of input channels; those beyond 60 are not taken
 //     36       N records of 120 bytes
 //     then     the configuration image, 629,896 bytes (older layout: 163,976)
@@ -79,6 +80,12 @@ std::vector<std::uint8_t> encode(const Configuration& configuration);
 // `configuration`. The first 60 channels are taken, the rest goes to `channelsLeftOut`. ok,
 // unknownVersion or badChannelCount.
 int decode(std::span<const std::uint8_t> file, Configuration& configuration);
+
+// What a file holds, for those who work on images: one of the current layout that is whole encodes
+// to its own bytes again, whatever its counts and unused slots hold. Any other becomes what loading
+// it makes: zeros where it ends too early, default descriptions where it has not all of them, the
+// first 60 channels. Null when decode refuses it, with its result.
+std::unique_ptr<Configuration> decodeWhole(std::span<const std::uint8_t> file, int& result);
 
 // Frame 0 gets eight services with consecutive ids and sub-frame numbers, whatever it held.
 void convertOldImage(const OldConfigImage& old, ConfigImage& image);

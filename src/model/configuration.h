@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <vector>
 
 #include "model/config_image.h"
@@ -18,6 +20,8 @@ struct Configuration {
     ServiceDescriptionImage descriptions{};
     // False for a file that ends before them: each service then gets a default one.
     bool hasDescriptions = true;
+    // Of a file's head, where the panel keeps nothing; devices have no such bytes.
+    std::array<std::uint8_t, 28> fileReserved{};
 };
 
 // Turn every big-endian field of what travels round; the device parameters have none.

@@ -16,6 +16,12 @@ inline constexpr std::array<std::string_view, 3> modulationNames = {"BPSK", "QPS
 inline constexpr std::array<std::string_view, 8> scramblingModeNames = {
     "模式0", "模式1", "模式2", "模式3", "模式4", "模式5", "模式6", "模式7"};
 
+// The Chinese ones in English.
+inline constexpr std::array<std::string_view, 4> byteInterleaveTerms = {"reserved", "mode 1",
+                                                                        "mode 2", "mode 3"};
+inline constexpr std::array<std::string_view, 8> scramblingModeTerms = {
+    "mode 0", "mode 1", "mode 2", "mode 3", "mode 4", "mode 5", "mode 6", "mode 7"};
+
 // The name of one value; empty for one that has none.
 std::string_view rsCodeRateTable(std::uint8_t value);
 std::string_view byteInterleaveTable(std::uint8_t value);

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <random>
 
 #include "model/channel_text.h"
 #include "model/config_model.h"
@@ -134,6 +135,44 @@ TEST_P(EachLayout, HoldsItsCountsToWhatItHas) {
         ASSERT_EQ(frames[39].services.size(), layout.services);
         EXPECT_EQ(frames[39].services.back().components.size(), layout.services);
     }
+}
+
+// Noise in every byte, counts included, but that of the channels.
+Bytes noisyFile(const Layout& layout, int channels) {
+    Bytes file = layout.emptyFile(channels);
+    std::mt19937 random(7);
+    for (std::size_t i = 4; i < file.size(); ++i)
+        if (i < 32 || i >= head) file[i] = static_cast<std::uint8_t>(random());
+    return file;
+}
+
+TEST(CurrentLayout, ComesBackByteForByte) {
+    const Bytes file = noisyFile(current, 3);
+    int result = -1;
+    const auto content = config_file::decodeWhole(file, result);
+    ASSERT_TRUE(content);
+    EXPECT_TRUE(config_file::encode(*content) == file);
+}
+
+// What is not whole becomes a whole file of the current layout: the panel makes the same of both.
+TEST_P(EachLayout, BecomesWhole) {
+    const Layout& layout = GetParam();
+    for (const std::size_t size : {std::size_t{900}, layout.params(61), layout.end(61)}) {
+        Bytes file = noisyFile(layout, size == 900 ? 1 : 61);
+        file.resize(size);
+        int result = -1;
+        const auto content = config_file::decodeWhole(file, result);
+        ASSERT_TRUE(content) << size;
+        EXPECT_EQ(content->channelsLeftOut.size(), size == 900 ? 0u : 1u);
+        const Bytes whole = config_file::encode(*content);
+        EXPECT_EQ(whole.size(), current.end(content->channels.size()));
+        EXPECT_TRUE(config_file::encode(*loaded(whole)->configuration()) ==
+                    config_file::encode(*loaded(file)->configuration()))
+            << size;
+    }
+    int result = 0;
+    EXPECT_FALSE(config_file::decodeWhole(Bytes(35), result));
+    EXPECT_EQ(result, config_file::badChannelCount);
 }
 
 // A service's name where the file ends before the descriptions.
