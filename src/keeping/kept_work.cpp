@@ -116,11 +116,11 @@ void KeptWork::saving(std::uint32_t ticks) {
     if (known_ != Known::Nothing) known_ = Known::Uncertain;
 }
 
+// The device's own settings are not sent; of one that nothing else is known of they came with the
+// rest.
 void KeptWork::saved(int result) {
-    if (result != 0) {
-        known_ = Known::Uncertain;
-        return;
-    }
+    if (result != 0) return;
+    if (known_ == Known::Nothing) deviceParams_ = model_.deviceParams();
     const auto sent = model_.configuration();
     sent->params = deviceParams_;
     device_ = config_file::encode(*sent);

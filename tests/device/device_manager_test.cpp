@@ -113,6 +113,53 @@ class Manager : public testing::Test {
     std::unique_ptr<DeviceStatusImage> image_ = std::make_unique<DeviceStatusImage>();
 };
 
+// What the manager's own doings mean for what is kept.
+TEST_F(Manager, EditsAreKeptUntilTheDeviceHasThem) {
+    using Notice = KeptWork::Notice;
+    const auto transfer = [this](auto start) {
+        const auto sink = newSink();
+        EXPECT_EQ((manager_.*start)(sink), 0);
+        return sink->outcome();
+    };
+    const auto edit = [this](std::uint16_t networkNumber) {
+        NetworkInfo network = manager_.model().tables().network;
+        network.networkNumber = networkNumber;
+        manager_.model().setNetworkInfo(network);
+    };
+    ASSERT_EQ(manager_.Start("10.1.2.3"), 0);
+    EXPECT_EQ(transfer(&DeviceManager::startUpload), 0);
+    EXPECT_EQ(manager_.tendWork(), Notice::None);
+    edit(1);
+    EXPECT_EQ(manager_.tendWork(), Notice::Edited);
+    ASSERT_EQ(manager_.Start("10.1.2.4"), 0) << "another device, without a stop";
+    EXPECT_EQ(manager_.tendWork(), Notice::None);
+    ASSERT_EQ(manager_.Start("10.1.2.3"), 0);
+    EXPECT_EQ(manager_.tendWork(), Notice::FromLastTime);
+    manager_.work().recover(0);
+    EXPECT_EQ(manager_.model().tables().network.networkNumber, 1);
+    std::string error;
+    device_.faults().add(*parseFault("refuse@ActivateConfig:1", error));
+    EXPECT_NE(transfer(&DeviceManager::startDownload), 0);
+    EXPECT_EQ(manager_.tendWork(), Notice::Edited);
+    EXPECT_EQ(transfer(&DeviceManager::startDownload), 0);
+    EXPECT_EQ(manager_.tendWork(), Notice::None);
+    edit(2);
+    manager_.Stop();
+    EXPECT_TRUE(exists(scratch_.path() / "10.1.2.3.unsaved.dat"));
+    EXPECT_EQ(manager_.tendWork(), Notice::None);
+}
+
+TEST_F(Manager, TheStatusAgesUntilTheNextOne) {
+    EXPECT_EQ(manager_.statusAgeMs(), 0u) << "not started";
+    ASSERT_EQ(manager_.Start("10.1.2.3"), 0);
+    awaitStatus();
+    link_.silentAt = anyCommand;
+    link_.awaitWaiting();
+    const std::uint32_t before = manager_.statusAgeMs();
+    link_.sleep(7000);
+    EXPECT_EQ(manager_.statusAgeMs(), before + 7000);
+}
+
 TEST_F(Manager, StartLoadsTheDevicesCacheAndStopEmptiesTheModel) {
     ASSERT_EQ(manager_.Start("10.1.2.3"), 0);
     ASSERT_EQ(manager_.startUpload(sink_), 0);

@@ -222,6 +222,41 @@ TEST_F(PanelCommandsTest, AnImportNamesTheChannelsThatItHadToLeaveOut) {
     EXPECT_EQ(log.count("full.dat, 结果0"), 1);
 }
 
+// The way back is where the chooser opens, unless something else was done meanwhile.
+TEST_F(PanelCommandsTest, AfterARestoreAnImportBeginsAtTheBackups) {
+    manager_.work().begin(true);
+    const auto restoreDefaults = [&] {
+        link_.now += 10000;
+        link_.answers(test::frameOf(4002, 0));
+        press(restore);
+    };
+    restoreDefaults();
+    EXPECT_EQ(
+        std::distance(std::filesystem::directory_iterator(manager_.work().backupFolder()), {}), 1);
+    link_.sent.clear();
+    EXPECT_EQ(press(importFile), opening + "in backup\n");
+    EXPECT_EQ(press(importFile), opening);
+    restoreDefaults();
+    link_.sent.clear();
+    press(reboot, false);
+    EXPECT_EQ(press(importFile), opening);
+}
+
+TEST_F(PanelCommandsTest, WhatIsRecoveredIsShownAndWhatIsNotWantedIsNotOffered) {
+    ConfigModel& model = manager_.model();
+    model.setFlatChannels(oneChannel(5000));
+    for (const bool wanted : {true, false}) {
+        ASSERT_EQ(model.saveConfigFile(model.deviceFile(u8".unsaved.dat")), 0);
+        model.resetModel();
+        manager_.work().begin(false);
+        ASSERT_EQ(manager_.tendWork(), KeptWork::Notice::FromLastTime);
+        EXPECT_EQ(press(wanted ? &PanelCommands::recoverWork : &PanelCommands::discardWork),
+                  wanted ? refreshed : "");
+        EXPECT_EQ(model.flatChannels().size(), wanted ? 1u : 0u);
+        EXPECT_EQ(manager_.tendWork(), wanted ? KeptWork::Notice::Edited : KeptWork::Notice::None);
+    }
+}
+
 // A file of an unknown version is noticed only after its channels have been taken.
 TEST_F(PanelCommandsTest, WhatFailsOrIsCancelledChangesNothing) {
     ConfigModel& model = manager_.model();
