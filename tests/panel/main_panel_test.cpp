@@ -7,6 +7,7 @@
 
 #include "resources/ids.h"
 #include "support/robot.h"
+#include "support/scratch_directory.h"
 #include "support/scripted_link.h"
 #include "support/test_host.h"
 #include "ui/modal.h"
@@ -351,6 +352,36 @@ TEST_F(MainPanelTest, TheWheelScrollsInTheSystemsSteps) {
     SystemParametersInfoW(SPI_SETWHEELSCROLLLINES, usual, nullptr, 0);
     host_.resize(1250, 950);
     EXPECT_FALSE(WheelScrolling().turn(panel, WM_MOUSEWHEEL, MAKEWPARAM(0, 120)));
+}
+
+// Edits need not tell anybody: the line follows the model, and its buttons what there is to decide.
+TEST_F(MainPanelTest, ALineSaysWhetherTheDeviceHasWhatIsShown) {
+    const test::ScratchDirectory directory;
+    ConfigModel& model = manager_.model();
+    model.setCacheDirectory(directory.path());
+    model.setDeviceKey("127.0.0.9");
+    const auto number = [&](std::uint16_t networkNumber) {
+        NetworkInfo network = model.tables().network;
+        network.networkNumber = networkNumber;
+        model.setNetworkInfo(network);
+    };
+    number(7);
+    ASSERT_EQ(model.saveConfigFile(model.deviceFile(u8".unsaved.dat")), 0);
+    number(0);
+    manager_.work().begin(true);
+    drive([&](Robot& r) {
+        const auto waitLine = [&](const std::string& text, bool buttons) {
+            r.waitFor("the line", [&] { return r.text(button(IDC_WORK_NOTICE)) == text; });
+            for (const int id : {IDC_RECOVER_WORK, IDC_DISCARD_WORK})
+                EXPECT_EQ(IsWindowVisible(button(id)) != FALSE, buttons) << text;
+        };
+        waitLine("有上次未设置到设备的修改", true);
+        r.click(body(), IDC_RECOVER_WORK);
+        waitLine("有修改尚未设置到设备", false);
+        EXPECT_EQ(model.tables().network.networkNumber, 7);
+        host_.run([&] { number(0); });
+        waitLine("", false);
+    });
 }
 
 }  // namespace
