@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "model/configuration.h"
+
+namespace korvane {
+
+// A rule that a configuration breaks. An error is what the panel's editors would refuse, or what
+// something is lost by; a warning is what they allow, and what is hardly meant.
+struct Finding {
+    enum class Severity { Error, Warning };
+
+    Severity severity;
+    std::string place;     // "frame 3, service 101"
+    std::string sentence;  // with the panel's own words in quotes, where the rule is the panel's
+};
+
+// Of every rule that the editors hold, and of those that only a whole can break.
+std::vector<Finding> findingsOf(const Configuration& configuration);
+
+}  // namespace korvane
