@@ -5,9 +5,10 @@
 namespace korvane::review {
 namespace {
 
-std::unique_ptr<const ConfigTables> tablesOf(const ConfigImage& image) {
+std::unique_ptr<const ConfigTables> tablesOf(const Configuration& content) {
     auto tables = std::make_unique<ConfigTables>();
-    decodeImage(image, *tables);
+    decodeImage(content.image, *tables);
+    decodeDescriptions(content.descriptions, *tables);
     return tables;
 }
 
@@ -23,7 +24,7 @@ std::string numbered(const char* noun, std::uint32_t number) {
 
 // Each list holds on to elements of the one before it, which is complete by then.
 Whole::Whole(const Configuration& configuration)
-    : content(configuration), tables(tablesOf(configuration.image)) {
+    : content(configuration), tables(tablesOf(configuration)) {
     for (const TableKind kind : {TableKind::Continuous, TableKind::ShortTime}) {
         addFrames(kind, blockOf(kind, content.image));
         addPairs(kind);
