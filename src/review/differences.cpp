@@ -1,8 +1,10 @@
 #include "review/differences.h"
 
+#include <algorithm>
 #include <map>
 
 #include "review/moves.h"
+#include "review/record_lists.h"
 #include "review/words.h"
 #include "text_form/text_form.h"
 
@@ -10,62 +12,18 @@ namespace korvane {
 namespace review {
 namespace {
 
-// A list of records: what one of them is called, by which of its fields, and what else is said of
-// one that comes or goes.
-struct ListNames {
-    std::string_view parent, key, noun;
-    std::vector<const char*> ids, shown;
-    bool standsAlone = false;  // its name says where it is
+// One that is in one of the two lists only.
+struct Single {
+    std::string place, name;  // of its list; its own
+    const ListNames* names;
+    const Json* record;
+
+    std::string id() const { return idOf(*record, *names); }
 };
-
-const std::vector<ListNames> lists = {
-    {"network", "otherFrequencyPoints", "other frequency point", {"channelNumber"}, {}, true},
-    {"network", "otherNetworks", "other network", {"networkNumber"}, {}, true},
-    {"continuousMultiplexTable", "frames", "frame", {"id"}, {}, true},
-    {"shortTimeMultiplexTable", "frames", "short-time frame", {"id"}, {}, true},
-    {"frames", "services", "service", {"serviceId"}, {"serviceType"}},
-    {"services", "components", "component", {"channelId"}, {"type", "receiveAddress"}},
-    {"continuousServiceTable", "entries", "pair", {"serviceId", "channelNumber"}, {}},
-    {"shortTimeServiceTable", "entries", "pair", {"serviceId", "channelNumber"}, {}},
-    {"caDescriptionTable", "systems", "CA system", {"caSystemId"}, {}, true},
-    {"", "inputChannels", "input channel", {"channelId"}, {"type", "receiveAddress"}},
-    {"", "serviceDescriptions", "description of service", {"serviceId"}, {"serviceName"}},
-    {"", "remainder", "bytes of no field at", {"offset"}, {"bytes"}},
-};
-
-const ListNames* namesOf(std::string_view parent, std::string_view key) {
-    const auto found = std::ranges::find_if(
-        lists, [=](const ListNames& names) { return names.parent == parent && names.key == key; });
-    return found == lists.end() ? nullptr : &*found;
-}
-
-// "7", "(101, 20)".
-std::string fieldsText(const Json& record, const std::vector<const char*>& keys) {
-    std::string text;
-    for (const char* key : keys) text += (text.empty() ? "" : ", ") + valueText(record[key]);
-    return text;
-}
-
-std::string idOf(const Json& record, const ListNames& names) {
-    const std::string id = fieldsText(record, names.ids);
-    return std::string(names.noun) + ' ' + (names.ids.size() > 1 ? '(' + id + ')' : id);
-}
-
-// A second record of the same id is its own, or a difference of the two would be nobody's.
-std::vector<std::string> namesIn(const Json& list, const ListNames& names) {
-    std::map<std::string, int> times;
-    std::vector<std::string> all;
-    for (const Json& record : list) {
-        const std::string id = idOf(record, names);
-        const int time = ++times[id];
-        all.push_back(time == 1 ? id : id + " #" + std::to_string(time));
-    }
-    return all;
-}
 
 class Comparison {
   public:
-    void compare(const Json& a, const Json& b) { objects({}, "", a, b); }
+    void compare(const Json& a, const Json& b);
     std::vector<std::string> take() { return std::move(lines_); }
 
   private:
@@ -74,12 +32,16 @@ class Comparison {
                 const Json& a, const Json& b);
     void values(const std::string& place, const std::string& key, const Json& a, const Json& b);
     void records(std::string place, const ListNames& names, const Json& a, const Json& b);
-    void comesOrGoes(const std::string& name, const ListNames& names, const Json& record,
-                     const char* what);
+    void goes(const Single& single);
+    void comes(const Single& single);
+    void comesOrGoes(const Single& single, const char* what);
+    void roamed();
+    void roamed(const Single& from, const Single& to);
     void moved(const std::string& place, const std::vector<std::string>& names,
                const std::vector<Move>& moves);
 
     std::vector<std::string> lines_;
+    std::vector<Single> gone_, come_;  // of those that roam
 };
 
 const Json absent;
@@ -91,6 +53,11 @@ const Json& at(const Json& object, const std::string& key) {
 
 std::string joined(const std::string& place, const std::string& name) {
     return place.empty() ? name : place + ", " + name;
+}
+
+void Comparison::compare(const Json& a, const Json& b) {
+    objects({}, "", a, b);
+    roamed();
 }
 
 void Comparison::objects(const std::string& place, std::string_view key, const Json& a,
@@ -123,29 +90,60 @@ void Comparison::values(const std::string& place, const std::string& key, const 
 }
 
 void Comparison::records(std::string place, const ListNames& names, const Json& a, const Json& b) {
-    if (names.standsAlone) place.clear();
+    if (names.kind == ListNames::Alone) place.clear();
     const std::vector<std::string> before = namesIn(a, names), after = namesIn(b, names);
     std::map<std::string, std::size_t> news;
     for (std::size_t i = 0; i < after.size(); ++i) news[after[i]] = i;
     std::vector<Move> matches;
     for (std::size_t i = 0; i < before.size(); ++i) {
-        const std::string name = joined(place, before[i]);
         if (const auto match = news.extract(before[i])) {
-            objects(name, names.key, a[i], b[match.mapped()]);
+            objects(joined(place, before[i]), names.key, a[i], b[match.mapped()]);
             matches.push_back({i, match.mapped()});
         } else {
-            comesOrGoes(name, names, a[i], " removed");
+            goes({place, before[i], &names, &a[i]});
         }
     }
     for (std::size_t i = 0; i < after.size(); ++i)
-        if (news.contains(after[i])) comesOrGoes(joined(place, after[i]), names, b[i], " added");
+        if (news.contains(after[i])) comes({place, after[i], &names, &b[i]});
     moved(place, before, matches);
 }
 
-void Comparison::comesOrGoes(const std::string& name, const ListNames& names, const Json& record,
-                             const char* what) {
-    const std::string shown = fieldsText(record, names.shown);
-    lines_.push_back(name + (shown.empty() ? "" : " (" + shown + ')') + what);
+void Comparison::goes(const Single& single) {
+    if (single.names->kind == ListNames::Roaming)
+        gone_.push_back(single);
+    else
+        comesOrGoes(single, " removed");
+}
+
+void Comparison::comes(const Single& single) {
+    if (single.names->kind == ListNames::Roaming)
+        come_.push_back(single);
+    else
+        comesOrGoes(single, " added");
+}
+
+void Comparison::comesOrGoes(const Single& single, const char* what) {
+    const std::string shown = fieldsText(*single.record, single.names->shown);
+    lines_.push_back(joined(single.place, single.name) + (shown.empty() ? "" : " (" + shown + ')') +
+                     what);
+}
+
+void Comparison::roamed() {
+    for (const Single& gone : gone_) {
+        const auto to = std::ranges::find(come_, gone.id(), &Single::id);
+        if (to == come_.end()) {
+            comesOrGoes(gone, " removed");
+        } else {
+            roamed(gone, *to);
+            come_.erase(to);
+        }
+    }
+    for (const Single& come : come_) comesOrGoes(come, " added");
+}
+
+void Comparison::roamed(const Single& from, const Single& to) {
+    lines_.push_back(to.name + " moved from " + from.place + " to " + to.place);
+    objects(joined(to.place, to.name), to.names->key, *from.record, *to.record);
 }
 
 void Comparison::moved(const std::string& place, const std::vector<std::string>& names,

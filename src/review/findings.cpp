@@ -33,8 +33,9 @@ std::string withPanelsWords(const std::string& sentence, const std::string& pane
 
 std::string outsideRange(const char* what, std::uint32_t value, std::uint32_t first,
                          std::uint32_t last) {
-    return what + (' ' + std::to_string(value)) + " is not from " + std::to_string(first) + " to " +
-           std::to_string(last);
+    const std::string is = what + (' ' + std::to_string(value)) + " is not ";
+    if (first == last) return is + std::to_string(first);
+    return is + "from " + std::to_string(first) + " to " + std::to_string(last);
 }
 
 std::string refusal(const std::function<int(ConfigChecks&)>& check) {

@@ -45,10 +45,12 @@ const Rule<FrameAt> rules[] = {
      [](const Whole&, const FrameAt& f) { return f.frame.timeSlots.empty(); }},
 };
 
-// Each of some slots once, in order.
-std::string slotsText(const std::set<std::uint8_t>& slots) {
+// The beginning of a sentence.
+std::string slotsAre(const std::set<std::uint8_t>& slots) {
     const std::vector<std::uint8_t> numbers(slots.begin(), slots.end());
-    return (numbers.size() == 1 ? "time slot " : "time slots ") + rangesText(numbers);
+    const bool isOne = numbers.size() == 1;
+    return (isOne ? "time slot " : "time slots ") + rangesText(numbers) +
+           (isOne ? " is " : " are ");
 }
 
 // In the editors' words. Their sum wraps at 32 bits; the services need what they need.
@@ -69,7 +71,7 @@ std::string beyondLastSlot(const Whole&, const FrameAt& f) {
         if (slot >= limits::timeSlots) beyond.insert(slot);
     if (beyond.empty()) return "";
     const std::size_t excess = *beyond.rbegin() - (limits::timeSlots - 1);
-    return withPanelsWords(slotsText(beyond) + " beyond 39",
+    return withPanelsWords(slotsAre(beyond) + "beyond 39",
                            "已达最大时隙数，超出时隙数(" + std::to_string(excess) + ")");
 }
 
@@ -87,7 +89,7 @@ std::string doubledInTable(const Whole& w, const FrameAt& f) {
         if (other.kind == f.kind) doubled.merge(sharedSlots(f, other));
         if (&other == &f) break;
     }
-    return doubled.empty() ? "" : slotsText(doubled) + " twice in its table";
+    return doubled.empty() ? "" : slotsAre(doubled) + "taken twice in its table";
 }
 
 // The continuous frames stand before all others.
@@ -95,7 +97,7 @@ std::string doubledInOtherTable(const Whole& w, const FrameAt& f) {
     std::set<std::uint8_t> doubled;
     for (const FrameAt& other : w.frames)
         if (other.kind != f.kind && &other < &f) doubled.merge(sharedSlots(f, other));
-    return doubled.empty() ? "" : slotsText(doubled) + " of continuous frames, too";
+    return doubled.empty() ? "" : slotsAre(doubled) + "taken by continuous frames, too";
 }
 
 const Telling<FrameAt> tellings[] = {

@@ -42,6 +42,20 @@ TEST(Differences, AreToldInAPersonsWords) {
              std::swap(services[0], services[1]);
          },
          {"frame 3, service 202 moved from place 2 to 1"}},
+        {[](C& c) {
+             auto& frames = c.image.continuous.frames;
+             frames[5].services[1] = frames[6].services[0];
+             frames[5].services[1].head.scrambled = 1;
+             frames[5].head.serviceCount = 2;
+             frames[6].services[0] = {};
+             frames[6].head.serviceCount = 0;
+         },
+         {"service 106 moved from frame 6 to frame 5", "frame 5, service 106: scrambled no → yes"}},
+        {[](C& c) {
+             c.image.continuous.frames[6].head.serviceCount = 0;
+             c.image.continuous.frames[6].services[0] = {};
+         },
+         {"frame 6, service 106 (media) removed"}},
         {[](C& c) { c.image.continuous.frames[3].services[0].components[0].payloadType = 98; },
          {"frame 3, service 201, component 16: payload type 97 → 98"}},
         {[](C& c) {

@@ -110,17 +110,17 @@ TEST(Findings, AreOfOneBrokenRuleEach) {
              frame(c, 6).head.timeSlots[3] = 40;
              frame(c, 6).head.timeSlots[1] = 41;
          },
-         {"error frame 6: time slots 40-41 beyond 39 (\"已达最大时隙数，超出时隙数(2)\")"}},
+         {"error frame 6: time slots 40-41 are beyond 39 (\"已达最大时隙数，超出时隙数(2)\")"}},
         {[](C& c) {
              frame(c, 6).head.timeSlots[3] = 25;
              frame(c, 5).head.timeSlots[0] = 1;
          },
-         {"error frame 5: time slot 1 twice in its table",
-          "error frame 6: time slot 25 twice in its table"}},
+         {"error frame 5: time slot 1 is taken twice in its table",
+          "error frame 6: time slot 25 is taken twice in its table"}},
         {[](C& c) { c.image.shortTime.frames[1].head.timeSlots[0] = 0; },
-         {"warning short-time frame 8: time slot 0 of continuous frames, too"}},
+         {"warning short-time frame 8: time slot 0 is taken by continuous frames, too"}},
         {[](C& c) { c.image.shortTime.frames[0].head.timeSlots[0] = 33; },
-         {"error short-time frame 8: time slot 33 twice in its table"}},
+         {"error short-time frame 8: time slot 33 is taken twice in its table"}},
         // Services.
         {[](C& c) { frame(c, 6).services[0].head.serviceIdAgain = 3; },
          {"error frame 6, service 3: another service has this id (\"已有相同标识的业务\")",
@@ -224,7 +224,7 @@ TEST(Findings, AreOfOneBrokenRuleEach) {
              c.channels[26].type = 2;
              c.channels[26].audioCoding = 1;
          },
-         {"error input channel 27 (DRA 239.1.17.1:6400): audio coding 1 is not from 0 to 0"}},
+         {"error input channel 27 (DRA 239.1.17.1:6400): audio coding 1 is not 0"}},
         // Tables.
         {[](C& c) { c.image.continuousServices.entries[1].serviceId = 101; },
          {"error continuous service table, pair (101, 20): this pair stands there twice "
