@@ -1,9 +1,7 @@
 #include "review/differences.h"
 
 #include <algorithm>
-#include <map>
 
-#include "review/moves.h"
 #include "review/record_lists.h"
 #include "review/words.h"
 #include "text_form/text_form.h"
@@ -92,19 +90,19 @@ void Comparison::values(const std::string& place, const std::string& key, const 
 void Comparison::records(std::string place, const ListNames& names, const Json& a, const Json& b) {
     if (names.kind == ListNames::Alone) place.clear();
     const std::vector<std::string> before = namesIn(a, names), after = namesIn(b, names);
-    std::map<std::string, std::size_t> news;
-    for (std::size_t i = 0; i < after.size(); ++i) news[after[i]] = i;
-    std::vector<Move> matches;
+    const std::vector<Move> matches = matchesOf(before, after);
+    std::vector<bool> isOld(after.size());
+    auto match = matches.begin();
     for (std::size_t i = 0; i < before.size(); ++i) {
-        if (const auto match = news.extract(before[i])) {
-            objects(joined(place, before[i]), names.key, a[i], b[match.mapped()]);
-            matches.push_back({i, match.mapped()});
-        } else {
+        if (match == matches.end() || match->from != i) {
             goes({place, before[i], &names, &a[i]});
+            continue;
         }
+        objects(joined(place, before[i]), names.key, a[i], b[match->to]);
+        isOld[match++->to] = true;
     }
     for (std::size_t i = 0; i < after.size(); ++i)
-        if (news.contains(after[i])) comes({place, after[i], &names, &b[i]});
+        if (!isOld[i]) comes({place, after[i], &names, &b[i]});
     moved(place, before, matches);
 }
 

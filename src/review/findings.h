@@ -7,8 +7,9 @@
 
 namespace korvane {
 
-// A rule that a configuration breaks. An error is what the panel's editors would refuse, or what
-// something is lost by; a warning is what they allow, and what is hardly meant.
+// A rule that a configuration breaks. An error is what the panel's editors refuse, or what
+// something is lost by, be it a record without a place or a component's stream; a warning is what
+// they let pass, though it is hardly meant.
 struct Finding {
     enum class Severity { Error, Warning };
 

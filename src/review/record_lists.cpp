@@ -58,4 +58,15 @@ std::vector<std::string> namesIn(const Json& list, const ListNames& names) {
     return all;
 }
 
+std::vector<Move> matchesOf(const std::vector<std::string>& before,
+                            const std::vector<std::string>& after) {
+    std::map<std::string_view, std::size_t> places;
+    for (std::size_t i = 0; i < after.size(); ++i) places[after[i]] = i;
+    std::vector<Move> matches;
+    for (std::size_t i = 0; i < before.size(); ++i)
+        if (const auto found = places.find(before[i]); found != places.end())
+            matches.push_back({i, found->second});
+    return matches;
+}
+
 }  // namespace korvane::review

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "review/moves.h"
 #include "text_form/json.h"
 
 // The text form's lists of records, and what a person calls one of them.
@@ -33,5 +34,9 @@ std::string idOf(const Json& record, const ListNames& names);
 // All ids of a list. A second record of the same id is its own, or a difference of the two would be
 // nobody's.
 std::vector<std::string> namesIn(const Json& list, const ListNames& names);
+
+// The places of the names that are in both, in the order of `before`. No name stands in one twice.
+std::vector<Move> matchesOf(const std::vector<std::string>& before,
+                            const std::vector<std::string>& after);
 
 }  // namespace korvane::review
