@@ -105,7 +105,7 @@ bool mayShare(const ComponentAt& a, const ComponentAt& b) {
            (is(a.channel, ChannelType::Ecm) && &a.at.at == &b.at.at);
 }
 
-// Others would be dropped by the next OK of its editor. An ESG service keeps what it has.
+// Others would be dropped by the next OK of its editor.
 bool takes(ServiceType type, const InputChannelRecord& channel) {
     switch (type) {
         case ServiceType::Media:
@@ -122,9 +122,16 @@ bool takes(ServiceType type, const InputChannelRecord& channel) {
     }
 }
 
+// Its channel is the device's to find: no editor changes the component that it once had.
+bool isOfEsg(const ComponentAt& c) {
+    return typeOf(c.at) == ServiceType::Esg;
+}
+
 const Rule<ComponentAt> componentRules[] = {
     {error, "no input channel has this stream any more", "",
-     [](const Whole& w, const ComponentAt& c) { return !hasSource(w, c.channel); }},
+     [](const Whole& w, const ComponentAt& c) { return !isOfEsg(c) && !hasSource(w, c.channel); }},
+    {warning, "no input channel has this stream any more", "",
+     [](const Whole& w, const ComponentAt& c) { return isOfEsg(c) && !hasSource(w, c.channel); }},
     {warning, "the input channel of this stream has other data", "",
      [](const Whole& w, const ComponentAt& c) {
          return hasSource(w, c.channel) && !hasData(w, c.channel);

@@ -162,6 +162,9 @@ TEST(Findings, AreOfOneBrokenRuleEach) {
         {[](C& c) { component(c, 6, 0, 2).port = 1; },
          {"error frame 6, service 106, component audio 239.1.11.7:1: no input channel has this "
           "stream any more"}},
+        {[](C& c) { component(c, 4, 1, 0).port = 1; },
+         {"warning frame 4, service 302, component ESG 239.1.13.1:1: no input channel has this "
+          "stream any more"}},
         {[](C& c) { component(c, 6, 0, 2).position = 200; }, {}},
         {[](C& c) { component(c, 6, 0, 2).payloadType = 3; },
          {"warning frame 6, service 106, component audio 239.1.11.7:5112: the input channel of "
