@@ -33,12 +33,12 @@ const Rule<Channel> rules[] = {
 };
 
 const Check<Channel> checks[] = {
-    {error, "its address",
+    {error, "address", receiveAddress,
      [](ConfigChecks& c, const Channel& channel) {
          return c.checkMulticastAddress(channel.address);
      }},
     // The editor of channels, other than that of CA systems, takes any.
-    {warning, "its data unit type",
+    {warning, "data unit type", [](const Channel& c) { return std::to_string(c.dataUnitType); },
      [](ConfigChecks& c, const Channel& channel) {
          return isOneOf(channel, Ecm, Emm) ? c.checkDataUnitType(channel.dataUnitType) : 0;
      }},

@@ -1,6 +1,8 @@
 #include <span>
 
 #include "review/rules.h"
+#include "review/words.h"
+#include "text/gbk.h"
 
 namespace korvane::review {
 namespace {
@@ -8,7 +10,7 @@ namespace {
 constexpr std::uint32_t leastKbps = 1000, mostKbps = 50000;
 
 const Check<OutputParamBlock> outputChecks[] = {
-    {error, "the PMS PID",
+    {error, "PMS PID", [](const OutputParamBlock& o) { return std::to_string(o.pmsPid); },
      [](ConfigChecks& c, const OutputParamBlock& o) { return c.checkPid(o.pmsPid); }},
 };
 
@@ -17,16 +19,22 @@ const Range<OutputParamBlock> outputRanges[] = {
      [](const OutputParamBlock& o) -> Value { return o.updateSequenceAdvance; }},
     {error, "clock source", "", 0, 1,
      [](const OutputParamBlock& o) -> Value { return o.clockSource; }},
-    {error, "the system bit rate in kbit/s:", "系统码率应在1000Kbps~50000Kbps之间", leastKbps,
-     mostKbps, [](const OutputParamBlock& o) -> Value { return o.systemBitRate / 1000; }},
+    {error, "system bit rate in kbit/s:", "系统码率应在1000Kbps~50000Kbps之间", leastKbps, mostKbps,
+     [](const OutputParamBlock& o) -> Value { return o.systemBitRate / 1000; }},
 };
+
+std::string macText(const DeviceParamBlock::Text& field) {
+    return shownText(gbkToUtf8(fieldText(field)));
+}
 
 const Check<DeviceParamBlock> deviceChecks[] = {
     {error, "the control port's MAC address",
+     [](const DeviceParamBlock& d) { return macText(d.controlMac); },
      [](ConfigChecks& c, const DeviceParamBlock& d) {
          return c.checkMacAddress(fieldText(d.controlMac));
      }},
     {error, "the service port's MAC address",
+     [](const DeviceParamBlock& d) { return macText(d.serviceMac); },
      [](ConfigChecks& c, const DeviceParamBlock& d) {
          return c.checkMacAddress(fieldText(d.serviceMac));
      }},

@@ -14,7 +14,8 @@ constexpr std::uint32_t lastOf(const Names& names) {
 }
 
 const Check<FrameAt> checks[] = {
-    {error, "its id", [](ConfigChecks& c, const FrameAt& f) { return c.checkFrameId(f.frame.id); }},
+    {error, "id", [](const FrameAt& f) { return std::to_string(f.frame.id); },
+     [](ConfigChecks& c, const FrameAt& f) { return c.checkFrameId(f.frame.id); }},
 };
 
 const Range<FrameAt> ranges[] = {

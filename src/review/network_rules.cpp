@@ -2,6 +2,8 @@
 
 #include "model/frequency_text.h"
 #include "review/rules.h"
+#include "review/words.h"
+#include "text/gbk.h"
 
 namespace korvane::review {
 namespace {
@@ -11,7 +13,8 @@ constexpr std::uint32_t lastLevel = networkLevelNames.size(),
                         lastBandwidth = bandwidthNames.size() - 1;
 
 const Check<NetworkBlock> networkChecks[] = {
-    {error, "its country code",
+    {error, "country code",
+     [](const NetworkBlock& n) { return shownText(gbkToUtf8(fieldText(n.countryCode))); },
      [](ConfigChecks& c, const NetworkBlock& n) {
          return c.checkCountryCode(fieldText(n.countryCode));
      }},

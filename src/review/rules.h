@@ -40,6 +40,7 @@ template <class Item>
 struct Check {
     Finding::Severity severity;
     const char* what;
+    std::string (*value)(const Item& item);
     int (*check)(ConfigChecks& checks, const Item& item);
 };
 
@@ -73,7 +74,9 @@ template <class Item>
 std::string sentenceOf(const Check<Item>& rule, const Whole&, const Item& item) {
     const std::string panel =
         refusal([&](ConfigChecks& checks) { return rule.check(checks, item); });
-    return panel.empty() ? "" : withPanelsWords(rule.what + std::string(" is wrong"), panel);
+    return panel.empty()
+               ? ""
+               : withPanelsWords(rule.what + (' ' + rule.value(item)) + " is wrong", panel);
 }
 
 template <class Item>

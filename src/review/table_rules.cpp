@@ -39,11 +39,13 @@ const Rule<CaSystemEntry> systemRules[] = {
 };
 
 const Check<CaSystemEntry> systemChecks[] = {
-    {error, "its EMM data unit type",
+    {error, "EMM data unit type",
+     [](const CaSystemEntry& e) { return std::to_string(e.emmDataUnitType); },
      [](ConfigChecks& c, const CaSystemEntry& e) {
          return c.checkDataUnitType(e.emmDataUnitType);
      }},
-    {error, "its ECM data unit type",
+    {error, "ECM data unit type",
+     [](const CaSystemEntry& e) { return std::to_string(e.ecmDataUnitType); },
      [](ConfigChecks& c, const CaSystemEntry& e) {
          return c.checkDataUnitType(e.ecmDataUnitType);
      }},

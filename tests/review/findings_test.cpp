@@ -52,7 +52,7 @@ TEST(Findings, AreOfOneBrokenRuleEach) {
         {[](C&) {}, {}},
         // The network.
         {[](C& c) { c.image.network.countryCode[3] = 'A'; },
-         {"error network: its country code is wrong (\"国家码超过3个字符\")"}},
+         {"error network: country code CHNA is wrong (\"国家码超过3个字符\")"}},
         {[](C& c) { c.image.network.level = 6; },
          {"error network: network level 6 is not from 0 to 5"}},
         {[](C& c) { c.image.network.ownFrequency.bandwidth = 2; },
@@ -75,7 +75,7 @@ TEST(Findings, AreOfOneBrokenRuleEach) {
           "error other network 70001: bandwidth 2 is not from 0 to 1"}},
         // Frames.
         {[](C& c) { frame(c, 6).head.id = 40; },
-         {"error frame 40: its id is wrong (\"复用帧标识应在0~39之间\")"}},
+         {"error frame 40: id 40 is wrong (\"复用帧标识应在0~39之间\")"}},
         {[](C& c) { frame(c, 6).head.id = 5; },
          {"error frame 5: another frame has this id (\"已有相同标识的复用帧\")"}},
         {[](C& c) { c.image.shortTime.frames[0].head.id = 5; },
@@ -195,7 +195,7 @@ TEST(Findings, AreOfOneBrokenRuleEach) {
         {[](C& c) {
              c.channels[26].address = {240, 0, 0, 1};
          },
-         {"error input channel 27 (emergency 240.0.0.1:6400): its address is wrong "
+         {"error input channel 27 (emergency 240.0.0.1:6400): address 240.0.0.1:6400 is wrong "
           "(\"组播地址不正确!\")"}},
         {[](C& c) {
              c.channels[26].address = {};
@@ -205,7 +205,7 @@ TEST(Findings, AreOfOneBrokenRuleEach) {
         {[](C& c) { c.channels[26].type = 8; },
          {"error input channel 27 (type 8 239.1.17.1:6400): type 8 is not from 0 to 7"}},
         {[](C& c) { c.channels[26].type = 5; },
-         {"warning input channel 27 (EMM 239.1.17.1:6400): its data unit type is wrong "
+         {"warning input channel 27 (EMM 239.1.17.1:6400): data unit type 0 is wrong "
           "(\"数据单元类型必须在128~159之间\")"}},
         {[](C& c) {
              auto& channel = c.channels[26];
@@ -249,9 +249,9 @@ TEST(Findings, AreOfOneBrokenRuleEach) {
              auto& e = c.image.caDescriptions.entries[0];
              e.emmDataUnitType = 127, e.ecmDataUnitType = 160, e.ecmTransferMode = 4;
          },
-         {"error CA system 32513: its EMM data unit type is wrong "
+         {"error CA system 32513: EMM data unit type 127 is wrong "
           "(\"数据单元类型必须在128~159之间\")",
-          "error CA system 32513: its ECM data unit type is wrong "
+          "error CA system 32513: ECM data unit type 160 is wrong "
           "(\"数据单元类型必须在128~159之间\")",
           "error CA system 32513: ECM transfer mode 4 is not from 0 to 3"}},
         // The device.
@@ -259,19 +259,19 @@ TEST(Findings, AreOfOneBrokenRuleEach) {
              auto& o = c.image.outputParams;
              o.pmsPid = 8192, o.updateSequenceAdvance = 3, o.clockSource = 2;
          },
-         {"error output parameters: the PMS PID is wrong (\"PID必须在0~0x1fff之间\")",
+         {"error output parameters: PMS PID 8192 is wrong (\"PID必须在0~0x1fff之间\")",
           "error output parameters: update sequence advance 3 is not from 0 to 2",
           "error output parameters: clock source 2 is not from 0 to 1"}},
         {[](C& c) { c.image.outputParams.systemBitRate = 999'999; },
-         {"error output parameters: the system bit rate in kbit/s: 999 is not from 1000 to 50000 "
+         {"error output parameters: system bit rate in kbit/s: 999 is not from 1000 to 50000 "
           "(\"系统码率应在1000Kbps~50000Kbps之间\")"}},
         {[](C& c) {
              c.params.controlMac[1] = '1';
              c.params.serviceMac[0] = 0;
          },
-         {"error device parameters: the control port's MAC address is wrong "
+         {"error device parameters: the control port's MAC address 011A2B3C4D5E is wrong "
           "(\"MAC地址第1个字节不能为奇数\")",
-          "error device parameters: the service port's MAC address is wrong "
+          "error device parameters: the service port's MAC address \"\" is wrong "
           "(\"MAC地址必须为12个16进制字符\")"}},
     };
     for (const Case& c : cases) {
