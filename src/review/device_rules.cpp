@@ -7,11 +7,14 @@
 namespace korvane::review {
 namespace {
 
-constexpr std::uint32_t leastKbps = 1000, mostKbps = 50000;
-
 const Check<OutputParamBlock> outputChecks[] = {
     {error, "PMS PID", [](const OutputParamBlock& o) { return std::to_string(o.pmsPid); },
      [](ConfigChecks& c, const OutputParamBlock& o) { return c.checkPid(o.pmsPid); }},
+    {error, "system bit rate in kbit/s:",
+     [](const OutputParamBlock& o) { return std::to_string(o.systemBitRate / 1000); },
+     [](ConfigChecks& c, const OutputParamBlock& o) {
+         return c.checkSystemBitRate(o.systemBitRate);
+     }},
 };
 
 const Range<OutputParamBlock> outputRanges[] = {
@@ -19,8 +22,6 @@ const Range<OutputParamBlock> outputRanges[] = {
      [](const OutputParamBlock& o) -> Value { return o.updateSequenceAdvance; }},
     {error, "clock source", "", 0, 1,
      [](const OutputParamBlock& o) -> Value { return o.clockSource; }},
-    {error, "system bit rate in kbit/s:", "系统码率应在1000Kbps~50000Kbps之间", leastKbps, mostKbps,
-     [](const OutputParamBlock& o) -> Value { return o.systemBitRate / 1000; }},
 };
 
 std::string macText(const DeviceParamBlock::Text& field) {

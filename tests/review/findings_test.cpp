@@ -263,7 +263,7 @@ TEST(Findings, AreOfOneBrokenRuleEach) {
           "error output parameters: update sequence advance 3 is not from 0 to 2",
           "error output parameters: clock source 2 is not from 0 to 1"}},
         {[](C& c) { c.image.outputParams.systemBitRate = 999'999; },
-         {"error output parameters: system bit rate in kbit/s: 999 is not from 1000 to 50000 "
+         {"error output parameters: system bit rate in kbit/s: 999 is wrong "
           "(\"系统码率应在1000Kbps~50000Kbps之间\")"}},
         {[](C& c) {
              c.params.controlMac[1] = '1';
