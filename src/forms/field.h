@@ -7,7 +7,7 @@
 namespace korvane {
 
 // Why an entry was not taken, and where it stands.
-struct Refusal {
+struct RefusedEntry {
     int control;
     std::string message;  // UTF-8
 };

@@ -138,10 +138,10 @@ bool Fields::changed(const FieldControls& controls) const {
                                [&](const auto& field) { return field->changed(controls); });
 }
 
-std::optional<Refusal> Fields::read(const FieldControls& controls) {
+std::optional<RefusedEntry> Fields::read(const FieldControls& controls) {
     for (const auto& field : fields_)
         if (std::string message = field->parse(controls); !message.empty())
-            return Refusal{field->control(), std::move(message)};
+            return RefusedEntry{field->control(), std::move(message)};
     for (const auto& field : fields_) field->take();
     return std::nullopt;
 }

@@ -49,7 +49,7 @@ class Fields {
     void show(FieldControls& controls);
     bool changed(const FieldControls& controls) const;
     // Takes what the controls show into the values: all of it, or nothing and the first refusal.
-    std::optional<Refusal> read(const FieldControls& controls);
+    std::optional<RefusedEntry> read(const FieldControls& controls);
     // Takes what can be taken as it stands, and leaves the other values alone: for what a dialog
     // shows while the operator enters.
     void readValid(const FieldControls& controls);

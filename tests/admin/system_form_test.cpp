@@ -135,6 +135,7 @@ TEST_F(System, StoresEachEntryWhereItBelongs) {
     EXPECT_EQ(form_.gather(), 0);
     EXPECT_EQ(output(), wanted);
     EXPECT_TRUE(paramsAre(params));
+    EXPECT_FALSE(page_.changed()) << "it has been taken";
 }
 
 // Values that no control can show are brought to what the control shows, as the device knows no
@@ -157,11 +158,14 @@ TEST_F(System, MakesFlagsAndChoicesWhatTheyShow) {
 
 TEST_F(System, TextsThatAreNoAddressesShowAsNoneAndStayUntilOneIsEntered) {
     DeviceParamBlock params = deviceParams();
-    params.controlPort.gateway = {"10.0.0.256"};
     params.managementHost = {"gateway"};
-    model_->setDeviceParams(params);
-    page_.show();
-    EXPECT_EQ(controls_.addresses[IDC_CONTROL_GATEWAY], std::nullopt);
+    for (const DeviceParamBlock::Text& none :
+         {DeviceParamBlock::Text{"10.0.0.256"}, {"0010.0.0.1"}, {"10.0.0.1.2"}, {"10.0.0"}, {}}) {
+        params.controlPort.gateway = none;
+        model_->setDeviceParams(params);
+        page_.show();
+        EXPECT_EQ(controls_.addresses[IDC_CONTROL_GATEWAY], std::nullopt) << none.data();
+    }
     controls_.addresses[IDC_MANAGEMENT_HOST] = {{10, 0, 0, 9}};
     EXPECT_EQ(form_.gather(), 0);
     params.managementHost = {"10.0.0.9"};
