@@ -57,10 +57,11 @@ bool StatusPoller::sleepBetweenPolls() {
     return !stopFlag_;
 }
 
-void StatusPoller::pollOnce() {
+int StatusPoller::pollOnce() {
     const int result = guardedPoll();
     if (result != 0) cache_.invalidateImage();
     if (!stopFlag_) note(result);
+    return result;
 }
 
 // What faults once is likely to do so at each poll: of a row of them the first one is logged.

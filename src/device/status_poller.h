@@ -32,8 +32,9 @@ class StatusPoller {
     // False when nothing was ended.
     bool endByForce();
 
-    // One poll: heartbeat, summary, status image. Stops at the first command that fails.
-    void pollOnce();
+    // One poll: heartbeat, summary, status image. Stops at the first command that fails, with its
+    // result.
+    int pollOnce();
 
   private:
     void run();

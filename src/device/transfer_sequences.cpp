@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "device/crc32.h"
@@ -134,24 +135,36 @@ int awaitUpgrade(DeviceClient& client, DeviceLink& link, Progress& progress) {
 
 }  // namespace
 
-int runSave(DeviceClient& client, const ConfigModel& model, Progress& progress) {
-    progress.setTotal(cacheWeight + totalOf(saveSteps));
-    // A configuration that cannot be kept here can still be sent.
-    if (model.saveCacheFile() != 0) logLine(logWarning, "配置缓存文件写入失败");
-    progress.add(cacheWeight);
-    const auto configuration = model.configuration();
-    toNetworkOrder(*configuration);
-    return runSteps(saveSteps, client, *configuration, progress);
-}
-
-int runLoad(DeviceClient& client, ConfigModel& model, Progress& progress) {
+int fetchConfiguration(DeviceClient& client, Configuration& configuration, Progress& progress) {
     progress.setTotal(totalOf(loadSteps));
-    const auto fetched = std::make_unique<Configuration>();
+    auto fetched = std::make_unique<Configuration>();
     const int result = runSteps(loadSteps, client, *fetched, progress);
     if (result != 0) return result;
     fromNetworkOrder(*fetched);
-    model.load(*fetched);
+    configuration = std::move(*fetched);
     return 0;
+}
+
+int sendConfiguration(DeviceClient& client, const Configuration& configuration, Progress& progress,
+                      std::uint32_t stepsBefore) {
+    progress.setTotal(stepsBefore + totalOf(saveSteps));
+    progress.add(stepsBefore);
+    const auto sent = std::make_unique<Configuration>(configuration);
+    toNetworkOrder(*sent);
+    return runSteps(saveSteps, client, *sent, progress);
+}
+
+int runSave(DeviceClient& client, const ConfigModel& model, Progress& progress) {
+    // A configuration that cannot be kept here can still be sent.
+    if (model.saveCacheFile() != 0) logLine(logWarning, "配置缓存文件写入失败");
+    return sendConfiguration(client, *model.configuration(), progress, cacheWeight);
+}
+
+int runLoad(DeviceClient& client, ConfigModel& model, Progress& progress) {
+    const auto fetched = std::make_unique<Configuration>();
+    const int result = fetchConfiguration(client, *fetched, progress);
+    if (result == 0) model.load(*fetched);
+    return result;
 }
 
 int runUpgrade(DeviceClient& client, DeviceLink& link, const std::filesystem::path& path,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 
@@ -11,6 +12,14 @@ namespace korvane {
 
 // Each sequence stops at its first failing command and returns its code; 0 is success. What was
 // already sent to the device stays there.
+
+// A whole configuration in host order, from the device; it changes only when all of it has arrived.
+int fetchConfiguration(DeviceClient& client, Configuration& configuration, Progress& progress);
+
+// A whole configuration in host order, to the device, which is told to make it take effect. The
+// device parameters stay here. `stepsBefore`: what of the progress was done before.
+int sendConfiguration(DeviceClient& client, const Configuration& configuration, Progress& progress,
+                      std::uint32_t stepsBefore = 0);
 
 // Writes the cache file, then sends the whole configuration and makes it take effect.
 int runSave(DeviceClient& client, const ConfigModel& model, Progress& progress);
