@@ -53,18 +53,14 @@ std::unique_ptr<Configuration> fromBinary(Context& context, const std::string& n
     return read;
 }
 
-Format fileFormat(const std::string& name, std::optional<Format> said) {
-    const Format format = formatOf(name, said);
-    if (name == standardStream && format == Format::Binary)
-        throw Failure(ExitCode::CommandLine, "the standard streams take the text form only");
-    return format;
-}
-
 }  // namespace
 
 Format formatOf(const std::string& name, std::optional<Format> said) {
+    const bool stream = name == standardStream;
+    if (stream && said == Format::Binary)
+        throw Failure(ExitCode::CommandLine, "the standard streams take the text form only");
     if (said) return *said;
-    return name == standardStream || name.ends_with(".json") ? Format::Text : Format::Binary;
+    return stream || name.ends_with(".json") ? Format::Text : Format::Binary;
 }
 
 std::filesystem::path pathOf(const std::string& name) {
@@ -84,13 +80,13 @@ std::unique_ptr<Configuration> readConfiguration(Context& context, const std::st
 
 std::unique_ptr<Configuration> readConfigurationFile(Context& context, const std::string& name,
                                                      std::optional<Format> format) {
-    return fileFormat(name, format) == Format::Text ? fromText(context, name)
-                                                    : fromBinary(context, name);
+    return formatOf(name, format) == Format::Text ? fromText(context, name)
+                                                  : fromBinary(context, name);
 }
 
 void writeConfiguration(Context& context, const Configuration& configuration,
                         const std::string& name, std::optional<Format> format) {
-    const bool asText = fileFormat(name, format) == Format::Text;
+    const bool asText = formatOf(name, format) == Format::Text;
     const std::string text = asText ? text_form::write(configuration) : std::string();
     if (name == standardStream) return context.terminal.write(text);
     const Bytes bytes =

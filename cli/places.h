@@ -14,7 +14,8 @@ namespace korvane::cli {
 
 enum class Format { Text, Binary };
 
-// What a name says unless it is said: ".json" and the standard streams are text.
+// What a name says unless it is said: ".json" is text. The standard streams take nothing else: a
+// Failure.
 Format formatOf(const std::string& name, std::optional<Format> said);
 
 // The standard stream, as a place.

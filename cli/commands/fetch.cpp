@@ -10,8 +10,9 @@ struct Options {
 };
 
 ExitCode fetch(Context& context, const Options& options) {
+    const Format format = formatOf(options.file, options.format);
     const auto fetched = fetchFrom(context, options.address);
-    writeConfiguration(context, *fetched, options.file, options.format);
+    writeConfiguration(context, *fetched, options.file, format);
     if (options.file != standardStream)
         context.terminal.note(options.address + " -> " + options.file);
     return ExitCode::Done;

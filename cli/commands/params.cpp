@@ -40,8 +40,8 @@ ExitCode set(Context& context, const Options& options) {
     for (const std::string& assignment : options.assignments)
         if (const auto problem = setParam(params, assignment))
             throw Failure(ExitCode::CommandLine, *problem);
-    context.terminal.note(paramsText(params));
-    askUnless(options.yes, context, "Set these on " + options.address + "?");
+    for (const std::string& assignment : options.assignments) context.terminal.note(assignment);
+    askUnless(options.yes, context, "Set this on " + options.address + "?");
     apply(context, device, params);
     context.terminal.note(options.address + " has taken them");
     return ExitCode::Done;
