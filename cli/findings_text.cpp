@@ -9,6 +9,10 @@ std::ptrdiff_t errorsIn(const std::vector<Finding>& findings) {
     return std::ranges::count(findings, Finding::Severity::Error, &Finding::severity);
 }
 
+std::string counted(std::ptrdiff_t count, const char* what) {
+    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
 std::string lineOf(const Finding& finding) {
     const std::string start =
         finding.severity == Finding::Severity::Error ? "error: " : "warning: ";
@@ -22,8 +26,8 @@ std::string findingsText(const std::vector<Finding>& findings) {
     for (const Finding& finding : findings) text += lineOf(finding);
     if (findings.empty()) return text;
     const auto errors = errorsIn(findings);
-    return text + std::to_string(errors) + " errors, " +
-           std::to_string(std::ssize(findings) - errors) + " warnings\n";
+    return text + counted(errors, "error") + ", " +
+           counted(std::ssize(findings) - errors, "warning") + '\n';
 }
 
 bool hasErrors(const std::vector<Finding>& findings) {

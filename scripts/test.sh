@@ -159,6 +159,7 @@ set +m
 
 note "portable programs"
 run_suites native -j2
+check "command line" python3 tests/e2e/command_line_test.py
 note "Windows programs"
 windows_programs
 

@@ -80,7 +80,7 @@ TEST_F(Commands, DifferencesAndFindingsAreTheAnswerNo) {
     EXPECT_THAT(terminal_.written, HasSubstr("\"value\": 490000"));
     EXPECT_EQ(run({"check", file("b.json")}), 1);
     EXPECT_THAT(terminal_.written, HasSubstr("error: "));
-    EXPECT_THAT(terminal_.written, HasSubstr(" errors, "));
+    EXPECT_THAT(terminal_.written, testing::EndsWith("1 error, 0 warnings\n"));
 }
 
 TEST_F(Commands, FilesThatCannotBeTakenLeaveNothingBehind) {
