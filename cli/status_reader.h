@@ -10,7 +10,8 @@ namespace korvane::cli {
 class StatusReader : public StatusSource {
   public:
     StatusReader(Context& context, const std::string& address)
-        : device_(context, address),
+        : link_(context.link),
+          device_(context, address),
           poller_(device_.client(), context.link, cache_, plainThreads()) {}
 
     // Asks. 0, or the device link's result.
@@ -22,8 +23,10 @@ class StatusReader : public StatusSource {
     int getDeviceStatusImage(DeviceStatusImage& out) const override {
         return cache_.image(out) ? 0 : -1;
     }
+    std::uint32_t statusAgeMs() const override { return link_.ticks() - cache_.imageTime(); }
 
   private:
+    DeviceLink& link_;
     Device device_;
     StatusCache cache_;
     StatusPoller poller_;

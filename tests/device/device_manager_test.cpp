@@ -153,6 +153,8 @@ TEST_F(Manager, TheStatusAgesUntilTheNextOne) {
     EXPECT_EQ(manager_.statusAgeMs(), 0u) << "not started";
     ASSERT_EQ(manager_.Start("10.1.2.3"), 0);
     awaitStatus();
+    link_.sleep(60'000);
+    while (manager_.statusAgeMs() > 5000) std::this_thread::yield();
     link_.silentAt = anyCommand;
     link_.awaitWaiting();
     const std::uint32_t before = manager_.statusAgeMs();

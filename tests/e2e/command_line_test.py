@@ -19,7 +19,7 @@ PROGRAM = os.environ.get("KORVANE_PROGRAM", str(ROOT / "build/native/korvane")).
 
 class CommandLine(unittest.TestCase):
     def device(self, *faults):
-        device = Device("cli-" + self._testMethodName, faults)
+        device = Device("cli-" + self._testMethodName, faults, ())
         self.addCleanup(device.__exit__)
         self.folder, self.address = device.folder, device.address
         return device

@@ -53,7 +53,7 @@ PICTURES = """
 class Device:
     """A simulated device at a loopback address that nobody else uses."""
 
-    def __init__(self, name, faults=()):
+    def __init__(self, name, faults=(), options=("--reboot-time", "2000")):
         self.folder = OUT / name
         shutil.rmtree(self.folder, ignore_errors=True)
         self.folder.mkdir(parents=True)
@@ -62,7 +62,7 @@ class Device:
         self.console.touch()
         self.lines = subprocess.Popen(["tail", "-n", "+1", "-s", "0.1", "-f", self.console],
                                       stdout=subprocess.PIPE)
-        arguments = ["--reboot-time", "2000", "--state", self.state, *(f"--fault={fault}" for fault in faults)]
+        arguments = [*options, "--state", self.state, *(f"--fault={fault}" for fault in faults)]
         for last in range(40, 90):
             self.address = f"127.0.0.{last}"
             with open(self.log, "w") as log:
