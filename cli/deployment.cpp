@@ -88,7 +88,6 @@ ExitCode Deployment::commit() {
     if (outcome.result != 0) return sentInPart(outcome);
     context_.deviceState = options_.address + " has taken " + options_.file +
                            "; it was not read back. What it had is in " + kept_ + '.';
-    stopIfInterrupted(context_);
     const ExitCode code = readBack(*wanted_);
     if (code != ExitCode::Done) return backOut(code);
     context_.terminal.note(options_.address + " has " + options_.file + ", read back and compared");

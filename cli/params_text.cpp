@@ -48,8 +48,7 @@ std::optional<std::string> setParam(DeviceParamBlock& params, const std::string&
     if (sign == std::string::npos) return "'" + assignment + "' is no NAME=VALUE";
     Json tree = treeOf(params);
     const auto pointer = pointerOf(name);
-    if (name.find_first_of("/~") != std::string::npos || !tree[key].contains(pointer) ||
-        tree[key][pointer].is_object())
+    if (name.find_first_of("/~") != std::string::npos || !tree[key].contains(pointer))
         return "there is no parameter '" + name + "'";
     tree[key][pointer] = assignment.substr(sign + 1);
     const auto read = std::make_unique<Configuration>();

@@ -123,6 +123,7 @@ windows_programs() {
     run_suites windows-x86
     check "end to end" bash tests/e2e/run.sh
     check "finer screen" finer_screen
+    check "package" bash tests/e2e/package_test.sh
 }
 
 finish() {
