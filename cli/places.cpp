@@ -53,6 +53,14 @@ std::unique_ptr<Configuration> fromBinary(Context& context, const std::string& n
     return read;
 }
 
+// A file is replaced as a whole, which would take away what is no ordinary one, such as a device.
+void requireReplaceable(const std::string& name) {
+    std::error_code ignored;
+    const auto status = std::filesystem::status(pathOf(name), ignored);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+        throw Failure(ExitCode::File, name + " is no ordinary file");
+}
+
 }  // namespace
 
 Format formatOf(const std::string& name, std::optional<Format> said) {
@@ -89,6 +97,7 @@ void writeConfiguration(Context& context, const Configuration& configuration,
     const bool asText = formatOf(name, format) == Format::Text;
     const std::string text = asText ? text_form::write(configuration) : std::string();
     if (name == standardStream) return context.terminal.write(text);
+    requireReplaceable(name);
     const Bytes bytes =
         asText ? Bytes(text.begin(), text.end()) : config_file::encode(configuration);
     if (!replaceFile(pathOf(name), bytes))

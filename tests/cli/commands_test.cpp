@@ -91,6 +91,8 @@ TEST_F(Commands, FilesThatCannotBeTakenLeaveNothingBehind) {
         EXPECT_THAT(terminal_.notes, HasSubstr(name));
     }
     EXPECT_EQ(run({"fetch", address_, file("no folder/a.dat")}), 3);
+    EXPECT_EQ(run({"fetch", address_, file("")}), 3) << "a folder";
+    EXPECT_THAT(terminal_.notes, HasSubstr("is no ordinary file"));
     EXPECT_FALSE(std::filesystem::exists(file("out.dat")));
 }
 
