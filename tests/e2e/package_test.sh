@@ -35,6 +35,7 @@ done
 
 timeout 60 wine korvane.exe fetch "$address" station.json
 timeout 60 wine korvane.exe check station.json
-timeout 240 wine KorvaneHost.exe --tour 'tour' "$address" </dev/null
+windows_folder=Z:${folder//\//\\}
+timeout 240 wine KorvaneHost.exe --tour "$windows_folder\\tour" "$address" </dev/null
 grep -q '新闻综合频道' station.json
 ls tour/*.png >/dev/null
