@@ -1,5 +1,4 @@
 #include <chrono>
-#include <cstdlib>
 #include <ctime>
 #include <exception>
 #include <string>
@@ -34,9 +33,9 @@ cli::ExitCode run(int count, char** values) {
 int main(int count, char** values) {
     try {
         return static_cast<int>(run(count, values));
-    } catch (const std::exception& exception) {
+    } catch (const std::exception& exception) {  // of the file system, or out of memory
         cli::system::write(cli::system::Stream::Notes,
                            std::string("korvane: ") + exception.what() + '\n');
-        return EXIT_FAILURE;
+        return static_cast<int>(cli::ExitCode::File);
     }
 }
