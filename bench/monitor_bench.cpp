@@ -1,6 +1,5 @@
-// What the live views add to what the system itself needs, as ratios of two measurements of the
-// same run: a refresh of the fullest tree against the bare loop that inserts the same texts, and a
-// redraw of the chart against one copy of its area.
+// What a live view adds to what the system itself needs, as a ratio of two measurements of the same
+// run: a refresh of the fullest tree against the bare loop that inserts the same texts.
 
 #include <string>
 #include <vector>
@@ -8,11 +7,9 @@
 #include "bench/ratio.h"
 #include "monitor/frame_structure.h"
 #include "monitor/frame_structure_page.h"
-#include "monitor/graphic_monitor_page.h"
 #include "monitor/scripted_status.h"
 #include "resources/ids.h"
 #include "text/text.h"
-#include "ui/bitmap.h"
 #include "ui/controls.h"
 #include "ui/module.h"
 
@@ -87,41 +84,15 @@ bool benchTree(HWND parent, ScriptedStatus& source) {
         [&] { bareLoop(tree, lines); });
 }
 
-bool benchChart(HWND parent, ScriptedStatus& source) {
-    GraphicMonitorPage page(source);
-    page.create(parent);
-    RECT room{};
-    GetClientRect(parent, &room);
-    page.place(room);
-    page.show(true);
-    const HWND chart = GetDlgItem(page.hwnd(), IDC_BAR_CHART);
-    RECT area{};
-    GetClientRect(chart, &area);
-    MemoryPicture picture;
-    picture.resize({area.right, area.bottom});
-    UpdateWindow(chart);
-    const HDC dc = GetDC(chart);
-    const bool met = bench::meets(
-        "chart redraw / one copy of its area", 10, 200,
-        [&] {
-            refresh(page, source);
-            UpdateWindow(chart);
-        },
-        [&] { picture.copyTo(dc); });
-    ReleaseDC(chart, dc);
-    return met;
-}
-
 int run() {
     const ActivationScope activation;
     const HWND parent = CreateWindowExW(0, L"Static", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
                                         1024, 768, nullptr, nullptr, nullptr, nullptr);
     ScriptedStatus source;
     fill(source);
-    const bool treeMet = benchTree(parent, source);
-    const bool chartMet = benchChart(parent, source);
+    const bool met = benchTree(parent, source);
     DestroyWindow(parent);
-    return treeMet && chartMet ? 0 : 1;
+    return met ? 0 : 1;
 }
 
 }  // namespace

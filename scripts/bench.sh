@@ -8,7 +8,7 @@ cd "$root"
 [ -e build/bench/build.ninja ] || cmake --preset bench >/dev/null
 ninja -C build/bench >/dev/null
 [ -e build/windows-x86/build.ninja ] || cmake --preset windows-x86 >/dev/null
-ninja -C build/windows-x86 Korvane start_bench monitor_bench >/dev/null
+ninja -C build/windows-x86 monitor_bench >/dev/null
 
 status=0
 build/bench/bench/model_bench || status=1
@@ -17,6 +17,5 @@ build/bench/bench/transfer_bench || status=1
 . scripts/display.sh
 trap stop_display EXIT
 [ -n "${DISPLAY:-}" ] || start_display
-bash scripts/with_wine.sh build/windows-x86/start_bench.exe || status=1
 bash scripts/with_wine.sh build/windows-x86/monitor_bench.exe || status=1
 exit "$status"

@@ -9,6 +9,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 out=$root/out
 host=$root/build/windows-x86/KorvaneHost.exe
 simulator=$root/build/native/korvane-sim
+korvane=$root/build/native/korvane
 console=$out/console.txt
 
 tour=false
@@ -23,8 +24,9 @@ Installs what is missing, builds the panel, its host and the simulated device, a
 With a display the host's window opens, connected, and stays until it is closed. Without one, the
 host drives a tour through the panel on a display of its own: the configuration is fetched, each
 page shown, alarms and a lost link of the simulated device too, exported, imported and saved to the
-device. A simulated device's configuration is edited before it is saved. The tour leaves in out/ a picture of each page and dialog, transcript.txt, simulator.log,
-the panel's diagnostic log as log.txt, and the files that it exported.
+device. A simulated device's configuration is edited before it is saved, and then looked at by the
+command line. The tour leaves in out/ a picture of each page and dialog, transcript.txt,
+simulator.log, the panel's diagnostic log as log.txt, and the files that it exported.
 
   --tour             the tour, even where there is a display
   --address ADDRESS  a real device instead of the simulated one; a tour writes to it
@@ -86,7 +88,7 @@ build() { # PRESET TARGET...
 
 build_all() {
     say "building"
-    build native korvane-sim
+    build native korvane-sim korvane
     build windows-x86 Korvane KorvaneHost
 }
 
@@ -198,11 +200,37 @@ run_tour() {
         fail "the tour failed, see out/"
     fi
     if [ -n "$sim_pid" ]; then
+        command_line_session
         stop_simulator
         python3 "$root/scripts/compare_device.py" --edited "$out/device.state" "$out/exported.dat" |
             tee -a "$transcript"
     fi
     say "pictures and transcript are in out/"
+}
+
+# The same device on the command line: what it has after the panel's edits, and how it is.
+command_line_session() {
+    local folder=$out/command-line
+    rm -rf "$folder"
+    mkdir -p "$folder"
+    cp "$out/exported.dat" "$folder/before.dat"
+    (
+        cd "$folder"
+        session 0 fetch "$address" station.json
+        session 0 show station.json
+        session 1 diff before.dat station.json
+        session 1 check station.json  # a warning: short-time frames keep their slots
+        session 0 status "$address"
+    ) | tee -a "$out/transcript.txt"
+}
+
+# One command and its answer; it must end with this code.
+session() { # CODE ARGUMENT...
+    local wanted=$1 code=0
+    shift
+    printf '$ korvane %s\n' "$*"
+    "$korvane" "$@" 2>&1 || code=$?
+    [ "$code" -eq "$wanted" ] || fail "korvane $1 ended with code $code, not $wanted"
 }
 
 show_host() {

@@ -116,14 +116,6 @@ class CommandLine(unittest.TestCase):
                          [])
         self.assertEqual(files.differences(was_set, applied), [])
 
-    def test_files_and_command_lines(self):
-        self.device()
-        (self.folder / "bad.json").write_text('{\n  "format": 1,\n}')
-        self.assertIn("line 3", self.korvane(3, "check", "bad.json")[1])
-        self.korvane(3, "send", "missing.dat", self.address, "--yes")
-        self.korvane(2, "fetch", "multiplexer", "a.dat")
-        self.assertIn("Exit codes:", self.korvane(0, "--help")[0])
-
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)

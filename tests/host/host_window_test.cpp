@@ -138,21 +138,5 @@ TEST_F(HostWindowTest, StopsThePluginWhenClosedWhateverItsStartReturned) {
     }
 }
 
-TEST_F(HostWindowTest, GivesThePanelAllThatBarAndStatusLineLeave) {
-    HostWindow window(plugin_);
-    window.connectTo("10.0.0.7");
-    SetWindowPos(window.hwnd(), nullptr, 0, 0, 900, 700, SWP_NOMOVE | SWP_NOZORDER);
-    const Robot robot(GetCurrentThreadId());
-    RECT client{}, frame{}, bar{}, line{};
-    GetClientRect(window.hwnd(), &client);
-    MapWindowPoints(window.hwnd(), nullptr, reinterpret_cast<POINT*>(&client), 2);
-    GetWindowRect(takeCalls().parent, &frame);
-    GetWindowRect(GetParent(robot.findControl(window.hwnd(), IDC_ADDRESS)), &bar);
-    GetWindowRect(robot.findControl(window.hwnd(), IDC_STATUS_LINE), &line);
-    const RECT expected{client.left, bar.bottom, client.right, line.top};
-    EXPECT_TRUE(EqualRect(&frame, &expected));
-    EXPECT_EQ(line.bottom, client.bottom);
-}
-
 }  // namespace
 }  // namespace korvane::host
