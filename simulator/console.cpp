@@ -113,8 +113,8 @@ std::string Console::status(std::string_view) {
            std::to_string(image->bytesSent) + " bytes sent, alarms " +
            std::to_string(image->alarms) + "; " + std::to_string(state.set.channels[0]) +
            " input channels; configuration " +
-           (state.set == state.applied ? "applied" : "set but not applied") + "; " +
-           faults({}) + "; " + device_.networkSettings();
+           (state.set == state.applied ? "applied" : "set but not applied") + "; " + faults({}) +
+           "; " + device_.networkSettings();
 }
 
 std::string Console::alarms(std::string_view argument) {
