@@ -22,9 +22,10 @@ namespace korvane {
 inline constexpr std::uint32_t settlingSeconds = 10;
 inline constexpr std::uint32_t settlingMs = settlingSeconds * 1000;
 
-// Owns everything that one managed device needs: model, client, status cache, poller and the
-// worker of a transfer. One instance lives from the first call of the library to the end of the
-// process. Start, Stop and the start operations belong to the host's user-interface thread.
+// Owns everything that one managed device needs: model, what is kept of the operator's work,
+// client, status cache, poller and the worker of a transfer. One instance lives from the first call
+// of the library until it is freed. Start, Stop and the start operations belong to the host's
+// user-interface thread.
 class DeviceManager : public StatusSource {
   public:
     // `link` reaches the device, `threads` runs poller and worker; both outlive this object.

@@ -15,8 +15,8 @@ namespace {
 constexpr std::array pageButtons = {IDC_SHOW_INPUT_CHANNELS, IDC_SHOW_CONTROL_TABLES,
                                     IDC_SHOW_MONITOR, IDC_SHOW_SYSTEM};
 
-// Edits are made in a dozen dialogs; looking at the whole configuration takes less than a
-// thousandth of this time.
+// Edits are made in a dozen dialogs, which need not tell; to look at the whole configuration takes
+// half a millisecond.
 constexpr UINT_PTR workTimer = 1;
 constexpr UINT workPeriodMs = 250;
 
