@@ -116,6 +116,8 @@ class Manager : public testing::Test {
 // What the manager's own doings mean for what is kept.
 TEST_F(Manager, EditsAreKeptUntilTheDeviceHasThem) {
     using Notice = KeptWork::Notice;
+    std::string error;
+    device_.faults().add(*parseFault("refuse@ActivateConfig:1", error));  // before any thread
     const auto transfer = [this](auto start) {
         const auto sink = newSink();
         EXPECT_EQ((manager_.*start)(sink), 0);
@@ -137,8 +139,6 @@ TEST_F(Manager, EditsAreKeptUntilTheDeviceHasThem) {
     EXPECT_EQ(manager_.tendWork(), Notice::FromLastTime);
     manager_.work().recover(0);
     EXPECT_EQ(manager_.model().tables().network.networkNumber, 1);
-    std::string error;
-    device_.faults().add(*parseFault("refuse@ActivateConfig:1", error));
     EXPECT_NE(transfer(&DeviceManager::startDownload), 0);
     EXPECT_EQ(manager_.tendWork(), Notice::Edited);
     EXPECT_EQ(transfer(&DeviceManager::startDownload), 0);

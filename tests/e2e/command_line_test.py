@@ -46,8 +46,9 @@ class CommandLine(unittest.TestCase):
         return list(self.folder.glob(self.address + "-*.dat"))
 
     def test_a_station_is_read_changed_and_watched(self):
+        # No second answers in the midst of a transfer: one that comes late is no answer at all.
         device = self.device("loss=100@GetInputChannels:1", "late@GetDeviceParams:1",
-                             "lost-answer@SetImageBlockA:1", "duplicate=1@SetImageBlockC:1")
+                             "lost-answer@SetImageBlockA:1")
         place = "device:" + self.address
         self.korvane(0, "fetch", self.address, "a.json")
         self.korvane(0, "convert", "a.json", "a.dat")
