@@ -19,7 +19,9 @@ class StatusReader : public StatusSource {
     const Device& device() const { return device_; }
 
     int getStatusSummary(StatusSummary& out) const override { return cache_.summary(out) ? 0 : -1; }
-    int getAlarmBits(std::vector<bool>& out) const override;
+    int getAlarmBits(std::vector<bool>& out) const override {
+        return cache_.alarmBits(out) ? 0 : -1;
+    }
     int getDeviceStatusImage(DeviceStatusImage& out) const override {
         return cache_.image(out) ? 0 : -1;
     }

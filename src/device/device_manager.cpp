@@ -144,11 +144,7 @@ int DeviceManager::getStatusSummary(StatusSummary& out) const {
 }
 
 int DeviceManager::getAlarmBits(std::vector<bool>& out) const {
-    std::uint8_t alarms = 0;
-    if (status_.alarms(alarms)) {
-        for (int bit = 0; bit < 8; ++bit) out.push_back((alarms >> bit & 1) != 0);
-        return 0;
-    }
+    if (status_.alarmBits(out)) return 0;
     if (running(Transfer::Save)) return 1;  // it keeps the link busy
     return link_.ticks() - lastSaveEnd_ >= settlingMs ? -1 : 1;
 }

@@ -44,6 +44,13 @@ bool StatusCache::alarms(std::uint8_t& out) const {
     return imageValid_;
 }
 
+bool StatusCache::alarmBits(std::vector<bool>& out) const {
+    std::uint8_t bits = 0;
+    if (!alarms(bits)) return false;
+    for (int bit = 0; bit < 8; ++bit) out.push_back((bits >> bit & 1) != 0);
+    return true;
+}
+
 std::uint32_t StatusCache::imageTime() const {
     const std::lock_guard guard(lock_);
     return imageTime_;

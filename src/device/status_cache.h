@@ -1,6 +1,7 @@
 #pragma once
 
 #include <mutex>
+#include <vector>
 
 #include "device/status_records.h"
 
@@ -21,6 +22,8 @@ class StatusCache {
     bool summary(StatusSummary& out) const;
     bool image(DeviceStatusImage& out) const;
     bool alarms(std::uint8_t& out) const;
+    // Likewise, the eight bits appended, bit 0 first.
+    bool alarmBits(std::vector<bool>& out) const;
     // When the latest image came, valid or not; while none has, when the cache was cleared.
     std::uint32_t imageTime() const;
 

@@ -25,6 +25,10 @@ KeptWork::Bytes KeptWork::current() const {
     return config_file::encode(*model_.configuration());
 }
 
+std::filesystem::path KeptWork::unsavedFile() const {
+    return model_.deviceFile(u8".unsaved.dat");
+}
+
 Backups KeptWork::backups() const {
     const std::filesystem::path file = model_.deviceFile({});
     if (file.empty()) return {{}, {}};
@@ -49,8 +53,7 @@ void KeptWork::begin(bool fromCache) {
 // The cache file is written before a save: when both are the same, the save did not come through.
 void KeptWork::findLeftOver() {
     const auto configuration = std::make_unique<Configuration>();
-    const std::filesystem::path file = model_.deviceFile(u8".unsaved.dat");
-    if (readFile(file, config_file::longestFile, leftOver_) != 0) return leftOver_.clear();
+    if (readFile(unsavedFile(), config_file::longestFile, leftOver_) != 0) return leftOver_.clear();
     if (!parse(leftOver_, *configuration)) {
         logLine(logWarning, "上次未设置到设备的修改无法读取");
         leftOver_.clear();
@@ -81,7 +84,7 @@ KeptWork::Notice KeptWork::tend(std::uint32_t ticks) {
 }
 
 void KeptWork::write(const Bytes& configuration, std::uint32_t ticks) {
-    const std::filesystem::path file = model_.deviceFile(u8".unsaved.dat");
+    const std::filesystem::path file = unsavedFile();
     if (file.empty()) return;
     lastWrite_ = ticks;
     if (!makeRoom() || !replaceFile(file, configuration)) return complain(cannotKeepEdits, ticks);
@@ -92,15 +95,14 @@ void KeptWork::write(const Bytes& configuration, std::uint32_t ticks) {
 // A file that an earlier run left goes to the backups before another takes its place.
 bool KeptWork::makeRoom() {
     Bytes earlier;
-    const std::filesystem::path file = model_.deviceFile(u8".unsaved.dat");
-    if (ownFile_ || readFile(file, config_file::longestFile, earlier) != 0) return true;
+    if (ownFile_ || readFile(unsavedFile(), config_file::longestFile, earlier) != 0) return true;
     return backups().keep(earlier, clock_());
 }
 
 void KeptWork::removeOwn() {
     if (!ownFile_) return;
     std::error_code ignored;
-    std::filesystem::remove(model_.deviceFile(u8".unsaved.dat"), ignored);
+    std::filesystem::remove(unsavedFile(), ignored);
     ownFile_ = false;
     written_.clear();
 }

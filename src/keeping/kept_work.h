@@ -63,6 +63,7 @@ class KeptWork {
     enum class Known { Nothing, Uncertain, Surely };
 
     Bytes current() const;
+    std::filesystem::path unsavedFile() const;
     Backups backups() const;
     bool differs(const Bytes& configuration) const;
     void findLeftOver();

@@ -1,5 +1,6 @@
 #include "text_form/measures.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "model/channel_text.h"
@@ -22,11 +23,6 @@ bool take(std::string_view& text, char character) {
     return is;
 }
 
-bool take(std::string_view& text, std::array<std::uint8_t, 4>& address) {
-    return take(text, address[0]) && take(text, '.') && take(text, address[1]) && take(text, '.') &&
-           take(text, address[2]) && take(text, '.') && take(text, address[3]);
-}
-
 constexpr std::string_view unit = " MHz";
 constexpr std::size_t decimals = 5;
 
@@ -41,22 +37,18 @@ bool parseFraction(std::string text, std::uint32_t& value) {
 }  // namespace
 
 // What is not written as it would be here (a leading zero, something behind it) is no address.
-bool parseAddress(std::string_view text, std::array<std::uint8_t, 4>& address) {
-    std::string_view rest = text;
-    return take(rest, address) && addressText(address) == text;
-}
-
-std::string addressText(const std::array<std::uint8_t, 4>& address) {
-    std::string text;
-    for (const std::uint8_t octet : address) text += std::to_string(octet) + '.';
-    text.pop_back();
-    return text;
+bool parseAddress(std::string_view text, Ipv4& address) {
+    const auto parsed = korvane::parseAddress(text);
+    if (!parsed || addressText(*parsed) != text) return false;
+    address = *parsed;
+    return true;
 }
 
 bool parseReceiveAddress(std::string_view text, InputChannelRecord& channel) {
-    std::string_view rest = text;
-    return take(rest, channel.address) && take(rest, ':') && take(rest, channel.port) &&
-           receiveAddress(channel) == text;
+    const std::size_t end = std::min(text.find(':'), text.size());
+    std::string_view rest = text.substr(end);
+    return parseAddress(text.substr(0, end), channel.address) && take(rest, ':') &&
+           take(rest, channel.port) && receiveAddress(channel) == text;
 }
 
 bool parseFrequency(std::string_view text, std::uint32_t& frequency) {

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
+#include "model/ipv4.h"
 #include "model/records.h"
 
 namespace korvane::text_form {
@@ -12,8 +12,7 @@ namespace korvane::text_form {
 // Values as people write them. Of a text that is none nothing is to be taken: the answer is false.
 
 // "10.1.2.3".
-bool parseAddress(std::string_view text, std::array<std::uint8_t, 4>& address);
-std::string addressText(const std::array<std::uint8_t, 4>& address);
+bool parseAddress(std::string_view text, Ipv4& address);
 
 // What receiveAddress() makes of a channel: "225.1.2.3:5000".
 bool parseReceiveAddress(std::string_view text, InputChannelRecord& channel);
